@@ -1,0 +1,201 @@
+// The controls of a dialog as small models without a window. They hold the state and raise the
+// events; a view subscribes to changes, and the model never knows the view.
+//
+// The rules that the editor's logic rests on, for the models and for every view of them:
+//
+//  - Setting the index of a list in code raises the same click event as a user's pick, also when
+//    the index is already selected, and also for -1.
+//  - Setting the text of a drop-down list to an entry selects that entry (exact text, first match)
+//    and raises the click; setting it to a text that is no entry raises InvalidArgument and changes
+//    nothing.
+//  - A combo box with free text accepts any text; a text that is no entry makes its index -1 and
+//    raises no click, a text that is an entry selects it and raises the click.
+//  - Adding entries never selects one. Removing the selected entry leaves nothing selected, and
+//    inserting or removing others keeps the same entry selected; neither raises a click.
+//  - clear() removes all entries, the selection and the text, and raises no click.
+//  - A user's action on a disabled or hidden control does nothing. Code may set it all the same.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kestrova {
+
+// Common state of all controls. Neither copyable nor movable: views and handlers refer to it.
+class Control {
+ public:
+  explicit Control(std::string name) : name_(std::move(name)) {}
+  virtual ~Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  const std::string& name() const { return name_; }
+
+  bool enabled() const { return enabled_; }
+  void set_enabled(bool enabled);
+  bool visible() const { return visible_; }
+  void set_visible(bool visible);
+
+  // Whether a user's action reaches the control.
+  bool reachable() const { return enabled_ && visible_; }
+
+  // Called after every change of the control's state. One view per control.
+  void subscribe(std::function<void()> on_change) { on_change_ = std::move(on_change); }
+
+ protected:
+  void changed();
+
+ private:
+  std::string name_;
+  bool enabled_ = true;
+  bool visible_ = true;
+  std::function<void()> on_change_;
+};
+
+// One entry of a list: its text and the 32-bit number stored with it.
+struct ListEntry {
+  std::string text;
+  std::int32_t item_data = 0;
+
+  friend bool operator==(const ListEntry&, const ListEntry&) = default;
+};
+
+// Entries, selection and click event: what list boxes and combo boxes share.
+class EntryList : public Control {
+ public:
+  using Control::Control;
+
+  // Handler of the click event.
+  std::function<void()> on_click;
+
+  int count() const { return static_cast<int>(entries_.size()); }
+  const std::vector<ListEntry>& entries() const { return entries_; }
+
+  // Text and number of an entry. Raise InvalidArgument for an index outside 0 to count() - 1.
+  const std::string& entry_text(int index) const { return entry(index).text; }
+  std::int32_t item_data(int index) const { return entry(index).item_data; }
+  void set_entry_text(int index, std::string_view text);
+  void set_item_data(int index, std::int32_t data);
+
+  // Adds at the end, or before the entry at index (0 to count()). item_data starts as 0.
+  void add(std::string_view text);
+  void insert(std::string_view text, int index);
+  void remove(int index);
+  virtual void clear();
+
+  // Index of the entry added last, or -1 when there was none since the last clear() or remove().
+  int new_index() const { return new_index_; }
+
+  // Selected entry, -1 for none.
+  int index() const { return index_; }
+
+  // Selects an entry, or nothing with -1, and raises the click. Raises InvalidArgument outside -1
+  // to count() - 1.
+  void set_index(int index);
+
+  // A user's pick: set_index, unless the control is not reachable.
+  void pick(int index);
+
+ protected:
+  const ListEntry& entry(int index) const;
+  // Index of the first entry with exactly this text, or -1.
+  int find_exact(std::string_view text) const;
+  // Called with the new selection before the click is raised.
+  virtual void selection_changed() {}
+  // Leaves nothing selected, without a click.
+  void drop_selection() { index_ = -1; }
+
+ private:
+  std::vector<ListEntry> entries_;
+  int index_ = -1;
+  int new_index_ = -1;
+};
+
+class ListBox : public EntryList {
+ public:
+  using EntryList::EntryList;
+
+  std::function<void()> on_double_click;
+
+  // First visible entry and the height of one row, for finding the target of a drop.
+  int top_index = 0;
+
+  // A user's double click on the selected entry.
+  void double_click();
+
+  // Text of the selected entry, "" when none is selected.
+  std::string text() const;
+};
+
+class ComboBox : public EntryList {
+ public:
+  enum class Style { kDropDownList, kFreeText };
+
+  ComboBox(std::string name, Style style) : EntryList(std::move(name)), style_(style) {}
+
+  Style style() const { return style_; }
+  const std::string& text() const { return text_; }
+
+  // See the rules at the top.
+  void set_text(std::string_view text);
+  void clear() override;
+
+ protected:
+  void selection_changed() override;
+
+ private:
+  Style style_;
+  std::string text_;
+};
+
+class TextBox : public Control {
+ public:
+  using Control::Control;
+  const std::string& text() const { return text_; }
+  void set_text(std::string_view text);
+
+ private:
+  std::string text_;
+};
+
+class CheckBox : public Control {
+ public:
+  using Control::Control;
+
+  std::function<void()> on_click;
+
+  bool checked() const { return checked_; }
+  // Raises the click when the state changes, as a user's click does.
+  void set_checked(bool checked);
+  // A user's click: toggles, unless the control is not reachable.
+  void click();
+
+  const std::string& caption() const { return caption_; }
+  void set_caption(std::string_view caption);
+
+ private:
+  bool checked_ = false;
+  std::string caption_;
+};
+
+class Button : public Control {
+ public:
+  using Control::Control;
+
+  std::function<void()> on_click;
+
+  // A user's click: raises the click, unless the control is not reachable.
+  void click();
+};
+
+class Frame : public Control {
+ public:
+  using Control::Control;
+};
+
+}  // namespace kestrova

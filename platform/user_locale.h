@@ -1,0 +1,41 @@
+// The user's regional settings, as far as the library depends on them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/date_time.h"
+
+namespace kestrova {
+
+class UserLocale {
+ public:
+  virtual ~UserLocale() = default;
+
+  // The character between whole part and fraction ("," in German, "." in English).
+  virtual std::string decimal_separator() const = 0;
+
+  // The number that the user wrote, or nothing when the text is no number. Accepted: blanks around
+  // it, one leading sign, digits with the locale's group separators anywhere among the digits of
+  // the whole part, one decimal separator, and an exponent. (So "1.5" is a number in German too,
+  // where "." groups digits.)
+  virtual std::optional<double> to_number(std::string_view text) const = 0;
+
+  // The date that the user wrote, or nothing when the text is no date.
+  virtual std::optional<DateTime> to_date(std::string_view text) const = 0;
+
+  // A number by a pattern made of "0" and at most one ".", for example "0.0" or "00.00": as many
+  // digits behind the separator as the pattern has, at least as many before it.
+  virtual std::string format(double number, std::string_view pattern) const = 0;
+
+  // The words for a boolean as text: "True"/"False", "Wahr"/"Falsch", "Vrai"/"Faux".
+  virtual std::string boolean_text(bool value) const = 0;
+
+  bool is_numeric(std::string_view text) const { return to_number(text).has_value(); }
+
+ protected:
+  UserLocale() = default;
+};
+
+}  // namespace kestrova
