@@ -23,7 +23,8 @@ CREATE TABLE SUITE_FIELDS (
 
 -- The tables that a field needs beyond the base FROM, in order. JOIN_TEXT is put behind the FROM
 -- text as it stands, after one blank, unless a table called TABLE_NAME (its alias, where JOIN_TEXT
--- gives one) is there already.
+-- gives one) is there already. Within a table key a name is joined in one way only: the same
+-- JOIN_TEXT for every field that needs it.
 CREATE TABLE SUITE_FIELD_TABLES (
   TABLE_KEY nvarchar(20) NOT NULL,
   FIELD_NO int NOT NULL,
@@ -44,9 +45,10 @@ CREATE TABLE SUITE_FIELD_LISTS (
 );
 
 -- From a field identifier of a relation to the field number of its table key, and with a
--- "..._REVERS" code back. A row with IS_PREFIX = 1 serves every relation code that begins with
--- RELATION, in either case of letters; an exact row goes before a prefix, a longer prefix before a
--- shorter one.
+-- "..._REVERS" code back: rows of that code, with the number as FIELD_ID and the identifier as
+-- FIELD_NO. A row with IS_PREFIX = 1 serves every relation code that begins with RELATION, in either
+-- case of letters, but no "..._REVERS" code; an exact row goes before a prefix, a longer prefix
+-- before a shorter one.
 CREATE TABLE SUITE_FIELD_MAP (
   RELATION nvarchar(40) NOT NULL,
   IS_PREFIX bit NOT NULL,
