@@ -116,9 +116,7 @@ void ComboBox::clear() {
   EntryList::clear();
 }
 
-void ComboBox::selection_changed() {
-  text_ = index() == -1 ? std::string() : entry_text(index());
-}
+void ComboBox::selection_changed() { text_ = index() == -1 ? std::string() : entry_text(index()); }
 
 void TextBox::set_text(std::string_view text) {
   text_ = text;

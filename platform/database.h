@@ -10,7 +10,8 @@
 //  - A row set is positioned on its first row when it is opened, or at its end when it has no row.
 //  - Column names are compared without regard to case; of several columns of one name the first
 //    counts. Positions count from 0.
-//  - Every failure is a kestrova::Error; after one, the connection and the other row sets still work.
+//  - Every failure is a kestrova::Error; after one, the connection and the other row sets still
+//  work.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +25,13 @@
 namespace kestrova {
 
 // How a row set is walked; the values are the provider's. An adapter may give more than was asked.
-enum class CursorType : int { kUnspecified = -1, kForwardOnly = 0, kKeyset = 1, kDynamic = 2, kStatic = 3 };
+enum class CursorType : int {
+  kUnspecified = -1,
+  kForwardOnly = 0,
+  kKeyset = 1,
+  kDynamic = 2,
+  kStatic = 3
+};
 
 // Whether a row set can be written; the values are the provider's.
 enum class LockType : int { kUnspecified = -1, kReadOnly = 1, kPessimistic = 2, kOptimistic = 3 };

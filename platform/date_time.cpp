@@ -88,8 +88,13 @@ DateTime local_now() {
 #else
   localtime_r(&now, &parts);
 #endif
-  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min,
-          parts.tm_sec, 0};
+  return {parts.tm_year + 1900,
+          parts.tm_mon + 1,
+          parts.tm_mday,
+          parts.tm_hour,
+          parts.tm_min,
+          parts.tm_sec,
+          0};
 }
 
 }  // namespace kestrova

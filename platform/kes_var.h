@@ -14,8 +14,8 @@
 namespace kestrova {
 
 struct KesVar {
-  // The host's open connection; every query and command of the library runs on it. Empty: operations
-  // that need it raise ObjectNotSet.
+  // The host's open connection; every query and command of the library runs on it. Empty:
+  // operations that need it raise ObjectNotSet.
   std::shared_ptr<Connection> dbado;
 
   // The user's language code: the suffix of the text columns of STRINGS ("DE" for STRINGS.DE and

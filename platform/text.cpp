@@ -128,8 +128,9 @@ std::string upper(std::string_view s) {
       continue;
     }
     const Character character = read(s, offset);
-    const char32_t capital =
-        character.code_point == kNoCodePoint ? kNoCodePoint : upper_code_point(character.code_point);
+    const char32_t capital = character.code_point == kNoCodePoint
+                                 ? kNoCodePoint
+                                 : upper_code_point(character.code_point);
     if (capital == character.code_point) {
       result += s.substr(offset, character.bytes);
     } else {
@@ -164,7 +165,9 @@ std::string_view mid(std::string_view s, std::size_t position, std::size_t count
   return s.substr(begin, skip(s, begin, count) - begin);
 }
 
-std::string_view left(std::string_view s, std::size_t count) { return s.substr(0, skip(s, 0, count)); }
+std::string_view left(std::string_view s, std::size_t count) {
+  return s.substr(0, skip(s, 0, count));
+}
 
 std::string replace_all(std::string_view s, std::string_view what, std::string_view with) {
   std::string result;
@@ -180,7 +183,8 @@ std::string replace_all(std::string_view s, std::string_view what, std::string_v
 
 std::vector<std::string_view> split(std::string_view s, char separator) {
   std::vector<std::string_view> pieces;
-  for (std::size_t end = s.find(separator); end != std::string_view::npos; end = s.find(separator)) {
+  for (std::size_t end = s.find(separator); end != std::string_view::npos;
+       end = s.find(separator)) {
     pieces.push_back(s.substr(0, end));
     s.remove_prefix(end + 1);
   }
@@ -194,7 +198,8 @@ std::optional<std::int64_t> to_integer(std::string_view s) {
   std::int64_t number = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   const bool all_read = result.ptr == digits.data() + digits.size();
-  // A number of any length is a number; one beyond 64 bits is told from its neighbours by no caller.
+  // A number of any length is a number; one beyond 64 bits is told from its neighbours by no
+  // caller.
   if (result.ec == std::errc::result_out_of_range && all_read) {
     return digits.front() == '-' ? std::numeric_limits<std::int64_t>::min()
                                  : std::numeric_limits<std::int64_t>::max();

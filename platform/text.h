@@ -16,9 +16,9 @@ namespace kestrova::text {
 // Without leading and trailing blanks (U+0020 only: tabs and line ends are part of a value).
 std::string_view trim(std::string_view s);
 
-// Upper case of every letter of Latin-1, Latin Extended-A, Greek and Cyrillic; the sharp s stays, and
-// so does every letter whose upper case lies in the basic range ("ı", "ſ"): a code must not become
-// another code by being upper-cased.
+// Upper case of every letter of Latin-1, Latin Extended-A, Greek and Cyrillic; the sharp s stays,
+// and so does every letter whose upper case lies in the basic range ("ı", "ſ"): a code must not
+// become another code by being upper-cased.
 std::string upper(std::string_view s);
 
 // Equality after upper().
@@ -47,8 +47,8 @@ std::string replace_all(std::string_view s, std::string_view what, std::string_v
 std::vector<std::string_view> split(std::string_view s, char separator);
 
 // The whole number that s, without surrounding blanks, spells: an optional sign and decimal digits,
-// nothing else. Nothing when it is not of that form; a number beyond 64 bits becomes the nearest one
-// that fits.
+// nothing else. Nothing when it is not of that form; a number beyond 64 bits becomes the nearest
+// one that fits.
 std::optional<std::int64_t> to_integer(std::string_view s);
 
 // The field identifier that s spells. Raises TypeMismatch when s is no whole number and Overflow

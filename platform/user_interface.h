@@ -16,7 +16,15 @@ inline constexpr std::int32_t kExclamationIcon = 48;
 inline constexpr std::int32_t kSecondButtonDefault = 256;
 
 // The button that closed a message box; the values are the system's.
-enum class MessageResult : int { kOk = 1, kCancel = 2, kAbort = 3, kRetry = 4, kIgnore = 5, kYes = 6, kNo = 7 };
+enum class MessageResult : int {
+  kOk = 1,
+  kCancel = 2,
+  kAbort = 3,
+  kRetry = 4,
+  kIgnore = 5,
+  kYes = 6,
+  kNo = 7
+};
 
 // What a message box shows.
 struct Message {

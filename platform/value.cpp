@@ -49,9 +49,7 @@ double parse_number(const std::string& spelled) {
 }
 
 struct TextOf {
-  std::string operator()(std::monostate) const {
-    throw InvalidUseOfNull("A NULL has no text.");
-  }
+  std::string operator()(std::monostate) const { throw InvalidUseOfNull("A NULL has no text."); }
   std::string operator()(bool value) const { return value ? "1" : "0"; }
   std::string operator()(std::int64_t value) const { return std::to_string(value); }
   std::string operator()(double value) const { return number_text(value); }
@@ -62,9 +60,7 @@ struct TextOf {
 };
 
 struct IntegerOf {
-  std::int32_t operator()(std::monostate) const {
-    throw InvalidUseOfNull("A NULL is no number.");
-  }
+  std::int32_t operator()(std::monostate) const { throw InvalidUseOfNull("A NULL is no number."); }
   std::int32_t operator()(bool value) const { return value ? 1 : 0; }
   std::int32_t operator()(std::int64_t value) const {
     return checked_integer(static_cast<double>(value));

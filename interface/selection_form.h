@@ -1,0 +1,20 @@
+// What the engine reads of the selection editor. The editor implements it; the engine never looks
+// at the editor itself.
+#pragma once
+
+#include "platform/controls.h"
+
+namespace kestrova {
+
+class SelectionForm {
+ public:
+  virtual ~SelectionForm() = default;
+
+  // The list of selectable fields: display name, and the field's identifier as item data.
+  virtual const ComboBox& cboField() const = 0;
+
+ protected:
+  SelectionForm() = default;
+};
+
+}  // namespace kestrova
