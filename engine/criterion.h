@@ -1,0 +1,40 @@
+// One criterion of a filter: how its text falls into field, operator and value.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/kes_var.h"
+#include "relations/relation_codes.h"
+
+namespace kestrova {
+
+// The pieces of a record, as they stand in it. op and value are not trimmed.
+struct RecordParts {
+  std::string_view field;  // trimmed
+  std::string_view op;     // for IN with its list
+  std::string_view value;
+  bool is_list = false;  // op is an IN with something behind it
+};
+
+// Raises InvalidArgument for a record that begins with "=" or with a lone ">".
+RecordParts split_record(std::string_view record);
+
+// How a record is read: where its field part comes from, and whether date lists are shown.
+struct RecordForm {
+  bool from_database = true;    // the field part is an identifier, not a display name
+  bool to_user_format = false;  // dates of an IN list become literals of the fixed form
+};
+
+// The parts as TransComp_NoLabels answers them, for a relation already classified. The last two
+// look the field's type up.
+std::string field_part(std::string_view record);
+std::string operator_part(const KesVar& context, const Relation& relation, std::string_view record,
+                          RecordForm form);
+std::string value_part(const KesVar& context, const Relation& relation, std::string_view record,
+                       RecordForm form);
+
+// Whether a value part stands for NULL: the word, in any case, with or without blanks around it.
+bool is_null_word(std::string_view value);
+
+}  // namespace kestrova

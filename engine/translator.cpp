@@ -1,0 +1,218 @@
+// From a stored criteria string to FROM/WHERE text.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/comm_sel.h"
+#include "engine/criterion.h"
+#include "engine/from_where_builder.h"
+#include "engine/queries.h"
+#include "interface/module_state.h"
+#include "platform/error.h"
+#include "platform/text.h"
+#include "relations/relation_codes.h"
+#include "relations/relation_conditions.h"
+
+namespace kestrova {
+namespace {
+
+// Criteria of a stored string: identifiers as field parts, dates as they stand.
+constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
+
+class Translator {
+ public:
+  Translator(const KesVar& context, std::string_view code, std::string_view variant)
+      : context_(context), relation_(code), variant_(variant), service_(suite().table_access()) {}
+
+  // False when the relation cannot be translated in this mode.
+  bool begin(std::string_view mode, std::int32_t access_levels);
+  void add_records(std::string_view criteria_string);
+  std::string result() const;
+  void fill_labour_table() const;
+
+ private:
+  void add_criterion(std::string_view record);
+  void add_service_criterion(std::int16_t id, std::string_view op, std::string_view value);
+  void add_selektion_criterion(std::string_view op, std::string_view value);
+  void open_selektion_rows();
+  bool is_or_line(std::string_view record) const { return record == context_.strOderLine; }
+  bool reads_selektion() const { return !relation_.restricted && !relation_.catalogue; }
+  bool has_criteria() const { return !text::trim(text_.criteria).empty(); }
+  std::string where_text() const;
+
+  const KesVar& context_;
+  const Relation relation_;
+  const std::string_view variant_;
+  const std::shared_ptr<TableAccessService> service_;
+  FromWhereBuilder text_;
+  std::vector<std::string_view> records_;
+  std::unique_ptr<Recordset> selektion_;  // one row per criterion, in the order of the records
+};
+
+bool Translator::begin(std::string_view mode, std::int32_t access_levels) {
+  if (relation_.catalogue) {
+    std::string condition;
+    GetRelationFromWhere(relation_.code, condition, text_.from, context_, access_levels);
+    text_.begin_where(condition);
+    return true;
+  }
+  if (mode == "WAREN") {
+    text_.from = service_->AddFieldTables("WAREN", 0, "", variant_, context_);
+    return true;
+  }
+  if (mode == "4ARB") {
+    // The code may carry a personnel number behind its first four characters.
+    if (relation_.code != "4ARB") {
+      text_.where += "ARBEITSAUFTRAG_KOPF.PERSONAL_ID=";
+      text_.where += text::mid(relation_.code, 5);
+      text_.where += " AND ";
+    }
+    return true;
+  }
+  return false;
+}
+
+void Translator::add_records(std::string_view criteria_string) {
+  const std::shared_ptr<StrTokens> tokens = suite().str_tokens();
+  const std::int32_t count = tokens->TokenCount(criteria_string, ";");
+  records_.reserve(static_cast<std::size_t>(count));
+  for (std::int32_t i = 0; i < count; ++i) {
+    records_.push_back(tokens->TokenAt(criteria_string, ";", i));
+  }
+  if (reads_selektion()) open_selektion_rows();
+  for (std::size_t i = 0; i < records_.size(); ++i) {
+    if (is_or_line(records_[i])) {
+      text_.add_or();
+      continue;
+    }
+    add_criterion(records_[i]);
+    const bool is_last = i + 1 == records_.size();
+    if (!is_last && !is_or_line(records_[i + 1])) text_.add_and();
+    if (selektion_) selektion_->move_next();
+  }
+  if (selektion_) selektion_->close();
+}
+
+void Translator::open_selektion_rows() {
+  std::string sql;
+  for (std::size_t i = 0; i < records_.size(); ++i) {
+    if (is_or_line(records_[i])) continue;
+    const std::string id = field_part(records_[i]);
+    text::to_int16(id);  // only a number may become part of the query
+    if (!sql.empty()) sql += " UNION ";
+    sql += "SELECT ";
+    sql += std::to_string(i);
+    sql += " AS XXX,* FROM SELEKTION WHERE ID_SELEKTION = ";
+    sql += id;
+  }
+  if (sql.empty()) return;
+  sql += " ORDER BY XXX";
+  selektion_ = open_query(connection_of(context_), sql);
+}
+
+void Translator::add_criterion(std::string_view record) {
+  const std::string op = operator_part(context_, relation_, record, kStored);
+  const std::int16_t id = text::to_int16(field_part(record));
+  const std::string value = value_part(context_, relation_, record, kStored);
+  if (reads_selektion()) {
+    add_selektion_criterion(op, value);
+  } else {
+    add_service_criterion(id, op, value);
+  }
+}
+
+void Translator::add_service_criterion(std::int16_t id, std::string_view op,
+                                       std::string_view value) {
+  std::string expression;
+  if (relation_.restricted) {
+    apply_access_levels(*service_, relation_.code, relation_.access_key, id, expression, text_.from,
+                        context_);
+  } else {
+    const std::int32_t number = service_->MapFieldId(relation_.code, id);
+    text_.from =
+        service_->AddFieldTables(relation_.table_key, number, text_.from, variant_, context_);
+    expression = service_->GetFieldExpression(relation_.table_key, number, 0, 0, context_);
+  }
+  text_.add_criterion(expression, expression, op, value);
+}
+
+void Translator::add_selektion_criterion(std::string_view op, std::string_view value) {
+  const auto column = [this](std::string_view name) {
+    return selektion_->value(name).text_or_empty();
+  };
+  const auto add_table = [&](std::string_view name) {
+    text_.from = service_->AddTable(text_.from, column(name), variant_);
+  };
+  const Value stored = selektion_->value("SQLVALUE");
+  const std::string expression =
+      stored.is_null() ? std::string(text::trim(selektion_->value("TABLE_NAME").text())) + "." +
+                             std::string(text::trim(selektion_->value("NAME_OF_FIELD").text()))
+                       : stored.text();
+  // A field without an expression of its own is compared by its column only where it stands in the
+  // main table.
+  std::string comparison = stored.is_null() ? std::string() : expression;
+  const std::string join = text::upper(text::trim(column("SQLSELECT")));
+  if (join.empty()) {
+    add_table("TABLE_NAME");
+    comparison = expression;
+  } else if (join == "INNER") {
+    add_table("TABLE_NAME");
+    add_table("TABLE_NAME_II");
+    text_.add_condition_once(column("CONDITION"));
+  } else if (join == "TRIPLE") {
+    add_table("TABLE_NAME");
+    add_table("TABLE_NAME_II");
+    add_table("TABLE_NAME_III");
+    text_.add_condition_once(column("CONDITION"));
+    text_.add_condition_once(column("CONDITIONII"));
+  }
+  text_.add_criterion(expression, comparison, op, value);
+}
+
+std::string Translator::where_text() const {
+  const std::string_view where =
+      has_criteria() ? text::trim(text_.where) : without_trailing_and(text_.where);
+  return where == "WHERE" && !has_criteria() ? std::string() : std::string(where);
+}
+
+std::string Translator::result() const {
+  std::string result = " FROM ";
+  result += text_.trimmed_from();
+  result += ' ';
+  result += where_text();
+  result += ' ';
+  if (has_criteria()) {
+    result += '(';
+    result += without_trailing_and(text_.criteria);
+    result += ')';
+  }
+  return result;
+}
+
+void Translator::fill_labour_table() const {
+  const std::string_view where = without_trailing_and(text_.where);
+  std::string from_where = " FROM ";
+  from_where += text_.trimmed_from();
+  from_where += ' ';
+  if (where != "WHERE") from_where += where;
+  Comm_Sel().CreateTemporyTable(context_, "LEISTUNGS_BB", from_where);
+}
+
+bool fills_labour_table(std::string_view code) {
+  return code.starts_with("LEISTUNGS_BB") || code == "VERLOHN";
+}
+
+}  // namespace
+
+std::string Comm_Sel::D_SelectionFromStr(const class KesVar& KesVar, std::string_view Parameter,
+                                         std::string_view strParameter, std::string_view strChar,
+                                         std::string_view StrVer_Type,
+                                         std::int32_t ID_Access_Levels) const {
+  Translator translator(KesVar, Parameter, StrVer_Type);
+  if (!translator.begin(strParameter, ID_Access_Levels)) return {};
+  translator.add_records(strChar);
+  if (fills_labour_table(Parameter)) translator.fill_labour_table();
+  return translator.result();
+}
+
+}  // namespace kestrova
