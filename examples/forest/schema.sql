@@ -1,0 +1,796 @@
+-- Business tables of the sample forestry database, by area. In the server's own dialect: one
+-- statement ends with ";" at the end of a line, a line GO ends a batch. A column ID is the key of its
+-- table; ID_X refers to table X; ID_ACCESS_LEVELS is the access level that may see the row.
+
+-- Texts, options, users, saved selections
+
+CREATE TABLE STRINGS (
+  ID_STRING int NOT NULL PRIMARY KEY,
+  DE nvarchar(200),
+  EN nvarchar(200),
+  CUSTOM_DE nvarchar(200),
+  CUSTOM_EN nvarchar(200)
+);
+
+CREATE TABLE OPTIONEN (
+  PROPERTY_ID nvarchar(40) NOT NULL PRIMARY KEY,
+  NUMBER_VALUE int
+);
+
+CREATE TABLE ACCESS_LEVELS (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL
+);
+
+CREATE TABLE USERS (
+  ID int NOT NULL PRIMARY KEY,
+  LOGIN nvarchar(20) NOT NULL,
+  NAME nvarchar(60) NOT NULL,
+  ID_ACCESS_LEVELS int NOT NULL,
+  ID_REVIER int,
+  LETZTE_ANMELDUNG datetime,
+  ANMELDUNGEN int NOT NULL,
+  STUNDENSATZ numeric(8,2),
+  AKTIV bit NOT NULL
+);
+
+CREATE TABLE MODELS (
+  ID int IDENTITY(1,1) NOT NULL PRIMARY KEY,
+  MODEL ntext,
+  NAME nvarchar(40) NOT NULL,
+  RELATION nvarchar(40) NOT NULL,
+  STANDARD smallint NOT NULL,
+  ID_USER int,
+  NICHT_ANDERBAR smallint,
+  ID_ACCESS_LEVELS int
+);
+
+-- One row per selectable field of the relations that the suite's catalogue does not describe.
+CREATE TABLE SELEKTION (
+  ID_SELEKTION smallint NOT NULL PRIMARY KEY,
+  ID_STRING int NOT NULL,
+  NAME_OF_FIELD nvarchar(60),
+  NICKNAME_OF_FIELD nvarchar(60) NOT NULL,
+  TABLE_NAME nvarchar(60) NOT NULL,
+  TABLE_NAME_II nvarchar(60),
+  TABLE_NAME_III nvarchar(60),
+  SQLSELECT nvarchar(10),
+  SQLVALUE nvarchar(500),
+  CONDITION nvarchar(500),
+  CONDITIONII nvarchar(500),
+  FORMAT nvarchar(20),
+  PARAMETER nvarchar(40) NOT NULL,
+  VISIBLE smallint NOT NULL,
+  ORDER_CUSTOM int NOT NULL
+);
+GO
+
+-- Timber: species, assortments and grades
+
+CREATE TABLE HOLZART (
+  ID int NOT NULL PRIMARY KEY,
+  HA nvarchar(10) NOT NULL,
+  NAME nvarchar(40) NOT NULL,
+  LNH nvarchar(1) NOT NULL,
+  DISABLE bit
+);
+
+CREATE TABLE HOLZSORTE (
+  ID int NOT NULL PRIMARY KEY,
+  HS nvarchar(10) NOT NULL,
+  NAME nvarchar(40) NOT NULL,
+  VERKAUFSFAHIG bit NOT NULL
+);
+
+CREATE TABLE GUETEKLASSE (
+  ID int NOT NULL PRIMARY KEY,
+  GKL nvarchar(10) NOT NULL,
+  NAME nvarchar(40) NOT NULL
+);
+
+CREATE TABLE STKL (
+  ID int NOT NULL PRIMARY KEY,
+  STKL nvarchar(10) NOT NULL,
+  VON_CM smallint NOT NULL,
+  BIS_CM smallint
+);
+
+CREATE TABLE NUTZUNGSART (
+  ID int NOT NULL PRIMARY KEY,
+  NA nvarchar(10) NOT NULL,
+  NAME nvarchar(40) NOT NULL
+);
+
+CREATE TABLE KALAMITAET (
+  ID int NOT NULL PRIMARY KEY,
+  KA nvarchar(10) NOT NULL,
+  NAME nvarchar(40) NOT NULL
+);
+
+CREATE TABLE DSART (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL
+);
+
+-- Ten lists that a business fills as it likes: RELTABLE_ID says which list.
+CREATE TABLE RELTABLE (
+  ID int NOT NULL PRIMARY KEY,
+  RELTABLE_ID smallint NOT NULL,
+  KURZNAME nvarchar(20) NOT NULL,
+  NAME nvarchar(60) NOT NULL
+);
+
+CREATE TABLE REVIER (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  NAME nvarchar(40) NOT NULL,
+  FLAECHE numeric(10,2) NOT NULL,
+  ID_ACCESS_LEVELS int NOT NULL
+);
+
+CREATE TABLE PRODUKT (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(60) NOT NULL,
+  EINHEIT nvarchar(10) NOT NULL
+);
+GO
+
+-- People and business partners: one table for all roles
+
+CREATE TABLE PERSONAL (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  NAME nvarchar(60) NOT NULL,
+  VORNAME nvarchar(40),
+  STRASSE nvarchar(60),
+  PLZ nvarchar(10),
+  ORT nvarchar(40),
+  ANGELEGT datetime NOT NULL,
+  GEBURTSDATUM datetime,
+  STUNDENSATZ numeric(8,2),
+  KUNDE bit NOT NULL,
+  ARBEITER bit NOT NULL,
+  LIEFERANT bit NOT NULL,
+  MANDANTEN bit NOT NULL,
+  SONSTIGER bit NOT NULL,
+  WALDBESITZER bit NOT NULL,
+  ANSPRECHPARTNER bit NOT NULL,
+  ABRECH1 bit NOT NULL,
+  ABRECH2 bit NOT NULL,
+  ABRECH3 bit NOT NULL,
+  ABRECH4 bit NOT NULL,
+  ABRECH5 bit NOT NULL,
+  ABRECH6 bit NOT NULL,
+  ABRECH7 bit NOT NULL,
+  ABRECH8 bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+-- A group of staff that a person leads.
+CREATE TABLE PA_GRUPPE (
+  ID int NOT NULL PRIMARY KEY,
+  ID_PERSONAL int NOT NULL,
+  NAME nvarchar(60) NOT NULL,
+  ANGELEGT datetime NOT NULL,
+  MITGLIEDER int NOT NULL,
+  ANTEIL numeric(6,2),
+  AKTIV bit NOT NULL
+);
+GO
+
+-- Lots: measuring list, lot, its invoice names per run, import and service record
+
+CREATE TABLE LISTENKOPF (
+  ID int NOT NULL PRIMARY KEY,
+  LISTENNUMMER nvarchar(20) NOT NULL,
+  AUFNAHMEDATUM datetime NOT NULL,
+  GESPERRTLISTE bit,
+  ID_REVIER int,
+  ID_PERSONAL int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE FHP_IMPORT (
+  ID int NOT NULL PRIMARY KEY,
+  DATEINAME nvarchar(60) NOT NULL,
+  IMPORTDATUM datetime NOT NULL,
+  STUECK int NOT NULL,
+  MENGE numeric(12,3),
+  ABGEGLICHEN bit NOT NULL,
+  ERRORTEXT nvarchar(200),
+  ID_FHP_IMPORT int,
+  ID_PERSONAL int
+);
+
+CREATE TABLE LOGS (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  WALDORT nvarchar(40),
+  STUECK int NOT NULL,
+  LAENGE float,
+  DURCHMESSER smallint,
+  MENGE numeric(12,3) NOT NULL,
+  PREIS numeric(10,2),
+  EINSCHLAG datetime NOT NULL,
+  ABFUHR smalldatetime,
+  FSC bit NOT NULL,
+  BEMERKUNG nvarchar(100),
+  ID_LISTENKOPF int NOT NULL,
+  ID_HOLZART int NOT NULL,
+  ID_HOLZSORTE int NOT NULL,
+  ID_GUETEKLASSE int,
+  ID_STKL int,
+  ID_KUNDE int,
+  ID_FHP_IMPORT int
+);
+
+-- R is the sale, A1 to A8 the further invoice runs; a name is NULL until the run has taken the lot.
+CREATE TABLE LOGS_RECH (
+  ID int NOT NULL PRIMARY KEY,
+  ID_LOGS int NOT NULL,
+  R_NAME nvarchar(20),
+  R_PREIS numeric(10,2),
+  R_DATUM datetime,
+  A1_NAME nvarchar(20),
+  A2_NAME nvarchar(20),
+  A3_NAME nvarchar(20),
+  A4_NAME nvarchar(20),
+  A5_NAME nvarchar(20),
+  A6_NAME nvarchar(20),
+  A7_NAME nvarchar(20),
+  A8_NAME nvarchar(20)
+);
+
+CREATE TABLE SERVICEPROTOKOLL (
+  ID int NOT NULL PRIMARY KEY,
+  ID_LOGS int NOT NULL,
+  DATUM datetime NOT NULL,
+  BEFUND nvarchar(60)
+);
+
+CREATE INDEX IX_LOGS_LISTENKOPF ON LOGS (ID_LISTENKOPF);
+CREATE INDEX IX_LOGS_RECH_LOGS ON LOGS_RECH (ID_LOGS);
+CREATE INDEX IX_SERVICEPROTOKOLL_LOGS ON SERVICEPROTOKOLL (ID_LOGS);
+GO
+
+-- Contracts, invoices, transport
+
+CREATE TABLE VERTRAEGE (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  ID_FAKTART smallint NOT NULL,
+  VERTRAGSDATUM datetime NOT NULL,
+  LAUFZEIT_BIS datetime,
+  MENGE numeric(12,3),
+  PREIS numeric(10,2),
+  POSITIONEN int NOT NULL,
+  VERLAENGERBAR bit NOT NULL,
+  ID_KUNDE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE VERTRAG_PREISE (
+  ID int NOT NULL PRIMARY KEY,
+  ID_VERTRAEGE int NOT NULL,
+  PREIS numeric(10,2) NOT NULL,
+  SELEKTION_VALUE ntext
+);
+
+CREATE TABLE VERTRAG_MENGEN (
+  ID int NOT NULL PRIMARY KEY,
+  ID_VERTRAEGE int NOT NULL,
+  MENGE numeric(12,3) NOT NULL,
+  SELEKTION_VALUE ntext
+);
+
+CREATE TABLE HEADERRECH (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  VER_TYPE nvarchar(2) NOT NULL,
+  INVDATE datetime NOT NULL,
+  FAELLIG datetime,
+  NETTO numeric(12,2) NOT NULL,
+  STEUERSATZ float NOT NULL,
+  POSITIONEN int NOT NULL,
+  BEZAHLT bit NOT NULL,
+  BETREFF nvarchar(60),
+  ID_KUNDE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE RECHNUNGSLAUF (
+  ID int NOT NULL PRIMARY KEY,
+  VER_TYPE nvarchar(2) NOT NULL,
+  NAME nvarchar(40) NOT NULL
+);
+
+CREATE TABLE RECHNUNGSJOURNAL (
+  ID int NOT NULL PRIMARY KEY,
+  BELEGNUMMER nvarchar(20) NOT NULL,
+  BUCHUNGSDATUM datetime NOT NULL,
+  BETRAG numeric(12,2) NOT NULL,
+  ZEILEN int NOT NULL,
+  STORNIERT bit NOT NULL,
+  ID_HEADERRECH int
+);
+
+CREATE TABLE TRANSPORTLOGISTIK_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER nvarchar(20) NOT NULL,
+  ABFUHRDATUM datetime,
+  FUHREN int NOT NULL,
+  KILOMETER numeric(8,1),
+  ABGESCHLOSSEN bit NOT NULL,
+  ID_SPEDITEUR int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BEREITSTELLUNG_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  LAGERORT nvarchar(40),
+  DATUM datetime NOT NULL,
+  POLTER int NOT NULL,
+  MENGE numeric(12,3),
+  FREIGEGEBEN bit NOT NULL,
+  ID_KUNDE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE MV_LOSE (
+  ID int NOT NULL PRIMARY KEY,
+  LOSNUMMER nvarchar(20) NOT NULL,
+  GEBOTSFRIST datetime NOT NULL,
+  GEBOTE int NOT NULL,
+  MINDESTPREIS numeric(10,2),
+  ZUGESCHLAGEN bit NOT NULL,
+  ID_HOLZART int NOT NULL,
+  ID_KUNDE int
+);
+GO
+
+-- Timber stock: piles measured in the forest, their leaving, offers and invoices
+
+CREATE TABLE BB_T_ABGANGSART (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL,
+  ABGANG bit NOT NULL,
+  UMSORTIERUNG bit
+);
+
+CREATE TABLE BB_FAKTURA_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  TYP smallint NOT NULL,
+  DATUM datetime NOT NULL,
+  BETREFF nvarchar(60),
+  POSITIONEN int NOT NULL,
+  NETTO numeric(12,2) NOT NULL,
+  GEDRUCKT bit NOT NULL,
+  ID_KUNDE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_HAB_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  AUFNAHMEDATUM datetime NOT NULL,
+  STORNODATUM datetime,
+  AUFNAHMEZUSTAND smallint NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_HAB (
+  ID int NOT NULL PRIMARY KEY,
+  ID_BB_HAB_KOPF int NOT NULL,
+  POLTER nvarchar(20) NOT NULL,
+  STUECK int NOT NULL,
+  MENGE numeric(12,3) NOT NULL,
+  FSC bit NOT NULL,
+  MV_BEZUG int,
+  MV_SCHLUSSAUFNAHME int,
+  ABGANGSART_DATUM datetime,
+  ID_BB_T_ABGANGSART int,
+  ID_BB_FAKTURA_KOPF_ANGEBOT int,
+  ID_BB_FAKTURA_KOPF_RECHNUNG int,
+  ID_HOLZART int NOT NULL,
+  ID_HOLZSORTE int
+);
+
+CREATE INDEX IX_BB_HAB_KOPF ON BB_HAB (ID_BB_HAB_KOPF);
+
+CREATE TABLE BB_LAGER (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  NAME nvarchar(40) NOT NULL,
+  ERFASST datetime NOT NULL,
+  POLTER int NOT NULL,
+  BESTAND numeric(12,3),
+  AKTIV bit NOT NULL,
+  ID_REVIER int
+);
+
+CREATE TABLE STEH_AUFNAHMEPROTOKOLL_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  ABTEILUNG nvarchar(20) NOT NULL,
+  ERFASSUNGSDATUM smalldatetime NOT NULL,
+  BAEUME int NOT NULL,
+  VORRAT numeric(12,3),
+  ABGESCHLOSSEN bit NOT NULL,
+  DRUCKSTATUS nvarchar(1),
+  ID_WALDBESITZER int,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE WARENGRUPPE (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL
+);
+
+-- ID_FORMULA: the price is computed, so the article cannot be selected by itself.
+CREATE TABLE WARENKATALOG (
+  ID int NOT NULL PRIMARY KEY,
+  ARTIKELNUMMER nvarchar(20) NOT NULL,
+  NAME nvarchar(60) NOT NULL,
+  ANGELEGT datetime NOT NULL,
+  BESTAND int NOT NULL,
+  PREIS numeric(10,2),
+  LAGERFUEHREND bit NOT NULL,
+  ID_FORMULA int,
+  ID_WARENGRUPPE int NOT NULL,
+  ID_LIEFERANT int,
+  ID_ACCESS_LEVELS int
+);
+GO
+
+-- Work orders
+
+CREATE TABLE ARBEITSAUFTRAG_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  PERSONAL_ID int NOT NULL,
+  BEGINN datetime NOT NULL,
+  ENDE datetime,
+  MENGE numeric(12,3),
+  ABGESCHLOSEN bit NOT NULL,
+  STATUS bit NOT NULL,
+  RELTABLE1 nvarchar(20),
+  RELTABLE2 nvarchar(20),
+  RELTABLE3 nvarchar(20),
+  RELTABLE4 nvarchar(20),
+  RELTABLE5 nvarchar(20),
+  RELTABLE6 nvarchar(20),
+  RELTABLE7 nvarchar(20),
+  RELTABLE8 nvarchar(20),
+  RELTABLE9 nvarchar(20),
+  RELTABLE10 nvarchar(20),
+  ID_REVIER int
+);
+
+CREATE TABLE ARBEITSAUFTRAG_PLANN (
+  ID int NOT NULL PRIMARY KEY,
+  ID_ARBEITSAUFTRAG_KOPF int NOT NULL,
+  PERSONAL_ID int NOT NULL,
+  PLANDATUM datetime,
+  HA nvarchar(10),
+  HS nvarchar(10),
+  GKL nvarchar(10),
+  STKL nvarchar(10),
+  NA nvarchar(10),
+  KA nvarchar(10),
+  SORTIMENT nvarchar(40),
+  STUECK int NOT NULL,
+  MENGE float,
+  PREIS numeric(10,2),
+  RINDE_PROZENT bit NOT NULL,
+  IN_EURO bit NOT NULL,
+  HINWEIS ntext
+);
+
+-- TYP_TAGA: a target agreement; TYP_AKA: from the order catalogue.
+CREATE TABLE BB_T_AUFTRAGSTYP (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL,
+  TYP_TAGA bit NOT NULL,
+  TYP_AKA bit NOT NULL
+);
+
+-- The status that an order gets when it enters a monthly work plan (TO) or leaves it (FROM).
+CREATE TABLE BB_T_AUFTRAGSSTATUS (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL,
+  ID_BB_T_AUFTRAGSSTATUS_TO_MAP int,
+  ID_BB_T_AUFTRAGSSTATUS_FROM_MAP int
+);
+
+CREATE TABLE BB_T_AUFTRAGS_PLANUNG (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER nvarchar(20) NOT NULL,
+  NAME nvarchar(60) NOT NULL,
+  GUELTIG_AB datetime NOT NULL,
+  DAUER_TAGE int NOT NULL,
+  RICHTSATZ numeric(10,2),
+  AKTIV bit NOT NULL,
+  ID_BB_T_AUFTRAGSTYP int NOT NULL,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_AUFTRAG_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER nvarchar(20) NOT NULL,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  DATUM datetime NOT NULL,
+  STORNODATUM datetime,
+  DRINGEND bit NOT NULL,
+  ID_PRODUKT int,
+  ID_BB_T_AUFTRAGSTYP int NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_AUFTRAG (
+  ID int NOT NULL PRIMARY KEY,
+  ID_BB_AUFTRAG_KOPF int NOT NULL,
+  POSITION smallint NOT NULL,
+  SOLL_MENGE numeric(12,3) NOT NULL,
+  IST_MENGE numeric(12,3),
+  STORNODATUM datetime,
+  ID_BB_T_AUFTRAGSSTATUS int
+);
+
+CREATE TABLE BB_MAP_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  JAHR int NOT NULL,
+  MONAT smallint NOT NULL,
+  ERSTELLT datetime NOT NULL,
+  SOLL_MENGE numeric(12,3),
+  ID_BB_AUFTRAG_KOPF int NOT NULL,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE PLAN_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  JAHR int NOT NULL,
+  ERSTELLT datetime NOT NULL,
+  FLAECHE numeric(10,2),
+  GENEHMIGT bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_PLAN_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  PLANDATUM datetime NOT NULL,
+  STORNODATUM datetime,
+  ABGESCHLOSSEN bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_PLAN (
+  ID int NOT NULL PRIMARY KEY,
+  ID_BB_PLAN_KOPF int NOT NULL,
+  ID_PRODUKT int,
+  MENGE numeric(12,3) NOT NULL,
+  KOSTEN numeric(12,2)
+);
+GO
+
+-- Labour, wages, cost accounting
+
+CREATE TABLE BB_LEISTUNGS_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  TAETIGKEIT nvarchar(40) NOT NULL,
+  DATUM datetime NOT NULL,
+  STORNODATUM datetime,
+  STUNDEN numeric(8,2) NOT NULL,
+  POSITIONEN int NOT NULL,
+  AKKORD bit NOT NULL,
+  ID_PERSONAL int,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE LOHNERFASSUNG_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER nvarchar(20) NOT NULL,
+  LOHNMONAT datetime NOT NULL,
+  TAGE int NOT NULL,
+  STUNDEN numeric(8,2),
+  BRUTTO numeric(10,2),
+  GEPRUEFT bit NOT NULL,
+  ID_PERSONAL int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_WALDARBEITERLOHN_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  LOHNART nvarchar(40) NOT NULL,
+  ABRECHNUNGSDATUM datetime NOT NULL,
+  TAGE int NOT NULL,
+  BETRAG numeric(10,2),
+  AUSGEZAHLT bit NOT NULL,
+  ID_PERSONAL int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE KLR (
+  ID int NOT NULL PRIMARY KEY,
+  KOSTENSTELLE nvarchar(20) NOT NULL,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  BUCHUNGSDATUM datetime NOT NULL,
+  JAHR int NOT NULL,
+  BETRAG numeric(12,2) NOT NULL,
+  GESPERRT bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_BELEGE_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  BELEGNUMMER nvarchar(20) NOT NULL,
+  BELEGDATUM datetime NOT NULL,
+  POSITIONEN int NOT NULL,
+  BETRAG numeric(12,2) NOT NULL,
+  GEBUCHT bit NOT NULL,
+  ID_KLR int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE SCH_BELEGE_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  BELEGNUMMER nvarchar(20) NOT NULL,
+  BELEGDATUM datetime NOT NULL,
+  POSITIONEN int NOT NULL,
+  BETRAG numeric(12,2) NOT NULL,
+  VERBUCHT bit NOT NULL,
+  ID_PERSONAL int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_VERTEILSCHLUSSEL_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(60) NOT NULL,
+  GUELTIG_AB datetime NOT NULL,
+  ANTEILE int NOT NULL,
+  SUMME numeric(10,2),
+  AKTIV bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+-- ACCESS_LEVELS: the one access level that takes the account over.
+CREATE TABLE BB_TAKL01_KLR (
+  ID int NOT NULL PRIMARY KEY,
+  KONTO nvarchar(20) NOT NULL,
+  BEZEICHNUNG nvarchar(60) NOT NULL,
+  GUELTIG_AB datetime NOT NULL,
+  STUFE int NOT NULL,
+  SATZ numeric(10,2),
+  AKTIV bit NOT NULL,
+  ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_TAKL02_KLR_BETRIEB (
+  ID int NOT NULL PRIMARY KEY,
+  ID_BB_TAKL01_KLR int NOT NULL,
+  BETRIEB nvarchar(40) NOT NULL,
+  ID_ACCESS_LEVELS int NOT NULL
+);
+GO
+
+-- Machines, hunting, buildings
+
+CREATE TABLE MASCHINE (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL,
+  KENNZEICHEN nvarchar(20)
+);
+
+CREATE TABLE SCH_MASCHINENBUCH (
+  ID int NOT NULL PRIMARY KEY,
+  DATUM datetime NOT NULL,
+  EINSATZ nvarchar(40),
+  BETRIEBSSTUNDEN numeric(8,1) NOT NULL,
+  LITER int NOT NULL,
+  WARTUNG bit NOT NULL,
+  ID_MASCHINE int NOT NULL,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_FAHRTENBUCH_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  DATUM datetime NOT NULL,
+  ZWECK nvarchar(40),
+  FAHRTEN int NOT NULL,
+  KILOMETER numeric(8,1) NOT NULL,
+  PRIVAT bit NOT NULL,
+  ID_MASCHINE int NOT NULL,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE WILDART (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL,
+  HOCHWILD bit NOT NULL
+);
+
+CREATE TABLE BB_JAGDBEZIRKE (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  NAME nvarchar(40) NOT NULL,
+  PACHTBEGINN datetime,
+  FLAECHE numeric(10,2) NOT NULL,
+  VERPACHTET bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_ABSCHUSSPLAN_KOPF (
+  ID int NOT NULL PRIMARY KEY,
+  JAGDJAHR nvarchar(10) NOT NULL,
+  SOLL int NOT NULL,
+  ERFUELLT numeric(6,2),
+  EINGEREICHT datetime NOT NULL,
+  GENEHMIGT bit NOT NULL,
+  ID_WILDART int NOT NULL,
+  ID_BB_JAGDBEZIRKE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_WILDURSPRUNGS (
+  ID int NOT NULL PRIMARY KEY,
+  SCHEINNUMMER nvarchar(20) NOT NULL,
+  ERLEGT datetime NOT NULL,
+  LEBENSALTER int,
+  GEWICHT numeric(6,1),
+  TRICHINENPROBE bit NOT NULL,
+  ID_WILDART int NOT NULL,
+  ID_SCHUETZE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_HUNDE (
+  ID int NOT NULL PRIMARY KEY,
+  NAME nvarchar(40) NOT NULL,
+  RASSE nvarchar(40) NOT NULL,
+  WURFDATUM datetime NOT NULL,
+  EINSAETZE int NOT NULL,
+  SCHULTERHOEHE numeric(5,1),
+  BRAUCHBARKEIT bit NOT NULL,
+  ID_FUEHRER int
+);
+
+CREATE TABLE BB_STRECKE_NIEDER (
+  ID int NOT NULL PRIMARY KEY,
+  DATUM datetime NOT NULL,
+  STUECK int NOT NULL,
+  GEWICHT numeric(8,1),
+  GESELLSCHAFTSJAGD bit NOT NULL,
+  BEMERKUNG nvarchar(60),
+  ID_WILDART int NOT NULL,
+  ID_BB_JAGDBEZIRKE int,
+  ID_ACCESS_LEVELS int
+);
+
+CREATE TABLE BB_T_OBJEKTE (
+  ID int NOT NULL PRIMARY KEY,
+  NUMMER int NOT NULL,
+  NAME nvarchar(60) NOT NULL,
+  ERRICHTET datetime,
+  FLAECHE numeric(10,2),
+  DENKMALSCHUTZ bit NOT NULL,
+  ID_REVIER int,
+  ID_ACCESS_LEVELS int
+);
+GO
