@@ -41,6 +41,7 @@ function(kestrova_library name)
       DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kestrova_sel/${folder} COMPONENT ${arg_COMPONENT})
   endforeach()
   set_property(GLOBAL APPEND PROPERTY KESTROVA_COMPONENTS ${arg_COMPONENT})
+  set_property(GLOBAL APPEND PROPERTY KESTROVA_PUBLIC_HEADERS ${arg_HEADERS})
 endfunction()
 
 # Writes and installs the package files: find_package(Kestrova_Sel COMPONENTS core sqlite standalone).
