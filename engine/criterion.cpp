@@ -185,7 +185,7 @@ std::string value_part(const KesVar& context, const Relation& relation, std::str
   return value;
 }
 
-std::string Comm_Sel::TransComp_NoLabels(const class KesVar& KesVar, std::string_view Parameter,
+std::string Comm_Sel::TransComp_NoLabels(const KesVar& KesVar, std::string_view Parameter,
                                          std::string_view sRecord, std::string_view strParam,
                                          bool fromDatabase, bool KonverToUserFormat) const {
   const std::string part = text::upper(text::trim(strParam));

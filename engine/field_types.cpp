@@ -89,17 +89,17 @@ std::int16_t field_type(const KesVar& context, const Relation& relation, std::in
   return type_of_column(context, column_by_query(context, id));
 }
 
-std::int16_t Comm_Sel::Get_TypeOfFieldFromID(const class KesVar& KesVar, std::int16_t id_selektion,
+std::int16_t Comm_Sel::Get_TypeOfFieldFromID(const KesVar& KesVar, std::int16_t id_selektion,
                                              std::string_view Parameter) const {
   return field_type(KesVar, Relation(Parameter), id_selektion);
 }
 
-std::int16_t Comm_Sel::Get_TypeOfFieldNew(const class KesVar& KesVar, std::string_view Parameter,
+std::int16_t Comm_Sel::Get_TypeOfFieldNew(const KesVar& KesVar, std::string_view Parameter,
                                           std::int16_t id_selektion) const {
   return type_by_format(KesVar, Relation(Parameter), id_selektion);
 }
 
-std::int16_t Comm_Sel::Get_TypeOfField(const class KesVar& KesVar, std::string_view /*val*/,
+std::int16_t Comm_Sel::Get_TypeOfField(const KesVar& KesVar, std::string_view /*val*/,
                                        bool /*Nick*/, Recordset* tmpSelektion,
                                        std::string_view Parameter) const {
   const ComboBox& fields = selection_form().cboField();

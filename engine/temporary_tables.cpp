@@ -76,7 +76,7 @@ void replace_table(const KesVar& context, std::string_view table, std::string_vi
 
 }  // namespace
 
-std::string Comm_Sel::CreateTemporyTable(const class KesVar& KesVar, std::string_view Parameter,
+std::string Comm_Sel::CreateTemporyTable(const KesVar& KesVar, std::string_view Parameter,
                                          std::string_view strFromWhere) const {
   if (Parameter == kLabourKind) {
     const std::string batch = labour_batch(strFromWhere);

@@ -204,7 +204,7 @@ bool fills_labour_table(std::string_view code) {
 
 }  // namespace
 
-std::string Comm_Sel::D_SelectionFromStr(const class KesVar& KesVar, std::string_view Parameter,
+std::string Comm_Sel::D_SelectionFromStr(const KesVar& KesVar, std::string_view Parameter,
                                          std::string_view strParameter, std::string_view strChar,
                                          std::string_view StrVer_Type,
                                          std::int32_t ID_Access_Levels) const {
