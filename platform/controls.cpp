@@ -41,6 +41,7 @@ int EntryList::find_exact(std::string_view text) const {
 void EntryList::set_entry_text(int index, std::string_view text) {
   entry(index);
   entries_[static_cast<std::size_t>(index)].text = text;
+  if (index == index_) selection_changed();
   changed();
 }
 
@@ -66,6 +67,7 @@ void EntryList::remove(int index) {
   new_index_ = -1;
   if (index_ == index) {
     index_ = -1;
+    selection_changed();
   } else if (index_ > index) {
     --index_;
   }

@@ -12,6 +12,8 @@
 //    raises no click, a text that is an entry selects it and raises the click.
 //  - Adding entries never selects one. Removing the selected entry leaves nothing selected, and
 //    inserting or removing others keeps the same entry selected; neither raises a click.
+//  - The text of a combo box follows its selected entry, also when that entry is renamed or
+//  removed.
 //  - clear() removes all entries, the selection and the text, and raises no click.
 //  - A user's action on a disabled or hidden control does nothing. Code may set it all the same.
 #pragma once
@@ -105,7 +107,7 @@ class EntryList : public Control {
   const ListEntry& entry(int index) const;
   // Index of the first entry with exactly this text, or -1.
   int find_exact(std::string_view text) const;
-  // Called with the new selection before the click is raised.
+  // Called when another entry is selected or the selected one has another text, before any click.
   virtual void selection_changed() {}
   // Leaves nothing selected, without a click.
   void drop_selection() { index_ = -1; }

@@ -1,6 +1,7 @@
 #include "platform/database.h"
 
 #include <charconv>
+#include <cmath>
 #include <optional>
 
 #include "platform/error.h"
@@ -20,7 +21,9 @@ bool is_column_name(std::string_view name) {
 std::optional<double> to_number(std::string_view digits) {
   double number = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (result.ec != std::errc() || result.ptr != digits.data() + digits.size()) return std::nullopt;
+  const bool all_read = result.ptr == digits.data() + digits.size();
+  // The words for infinity and for no number would be read, too.
+  if (result.ec != std::errc() || !all_read || !std::isfinite(number)) return std::nullopt;
   return number;
 }
 

@@ -13,6 +13,12 @@ namespace {
 constexpr std::chrono::sys_days kDayZero =
     std::chrono::year{1899} / std::chrono::December / std::chrono::day{30};
 constexpr std::int64_t kMillisecondsPerDay = 86'400'000;
+constexpr int kFirstDay = -693'593;         // 0001-01-01
+constexpr int kFirstDayBeyond = 2'958'466;  // 10000-01-01
+
+[[noreturn]] void reject_day_count() {
+  throw Overflow("The day count lies outside the years 1 to 9999.");
+}
 
 }  // namespace
 
@@ -58,9 +64,9 @@ double to_day_count(const DateTime& date) {
 }
 
 DateTime from_day_count(double days) {
-  if (!(days > -693'594.0 && days < 2'958'466.0)) {
-    throw Overflow("The day count lies outside the years 1 to 9999.");
-  }
+  // Checked before and after rounding: rounding needs a number of sensible size and may reach the
+  // first moment of the year 10000.
+  if (!(days >= kFirstDay && days < kFirstDayBeyond)) reject_day_count();
   const auto milliseconds = static_cast<std::int64_t>(std::llround(days * kMillisecondsPerDay));
   std::int64_t whole_days = milliseconds / kMillisecondsPerDay;
   std::int64_t rest = milliseconds % kMillisecondsPerDay;
@@ -68,6 +74,7 @@ DateTime from_day_count(double days) {
     rest += kMillisecondsPerDay;
     --whole_days;
   }
+  if (whole_days == kFirstDayBeyond) reject_day_count();
   const std::chrono::year_month_day ymd{kDayZero + std::chrono::days{whole_days}};
   DateTime result;
   result.year = static_cast<int>(ymd.year());

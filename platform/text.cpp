@@ -21,6 +21,14 @@ constexpr char32_t kNoCodePoint = 0xFFFFFFFF;
 
 bool is_continuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
+// Whether UTF-8 spells the code point with that many bytes: not with more than it needs, no
+// surrogate and nothing beyond the last code point.
+bool is_spelled_by(char32_t code_point, std::size_t bytes) {
+  if (code_point >= 0xD800 && code_point <= 0xDFFF) return false;
+  if (bytes == 4) return code_point >= 0x10000 && code_point <= 0x10FFFF;
+  return bytes == 2 || code_point >= 0x800;
+}
+
 // The character that begins at offset, which lies inside s.
 Character read(std::string_view s, std::size_t offset) {
   const auto lead = static_cast<unsigned char>(s[offset]);
@@ -35,6 +43,7 @@ Character read(std::string_view s, std::size_t offset) {
     if (!is_continuation(s[offset + i])) return {kNoCodePoint, 1};
     code_point = (code_point << 6) | (static_cast<unsigned char>(s[offset + i]) & 0x3FU);
   }
+  if (!is_spelled_by(code_point, bytes)) return {kNoCodePoint, 1};
   return {code_point, bytes};
 }
 
@@ -60,7 +69,7 @@ struct CaseRange {
 };
 
 // clang-format off
-constexpr std::array<CaseRange, 26> kSmallLetters = {{
+constexpr std::array<CaseRange, 39> kSmallLetters = {{
     {0x00E0, 0x00F6, -32},   // à to ö
     {0x00F8, 0x00FE, -32},   // ø to þ
     {0x00FF, 0x00FF, +121},  // ÿ
@@ -69,6 +78,9 @@ constexpr std::array<CaseRange, 26> kSmallLetters = {{
     {0x013A, 0x0148, 0},     // ĺ to ň
     {0x014B, 0x0177, 0},     // ŋ to ŷ
     {0x017A, 0x017E, 0},     // ź to ž
+    {0x0371, 0x0373, 0},     // heta, sampi
+    {0x0377, 0x0377, -1},    // digamma
+    {0x037B, 0x037D, +130},  // lunate sigmas
     {0x03AC, 0x03AC, -38},   // ά
     {0x03AD, 0x03AF, -37},   // έ to ί
     {0x03B1, 0x03C1, -32},   // α to ρ
@@ -76,7 +88,17 @@ constexpr std::array<CaseRange, 26> kSmallLetters = {{
     {0x03C3, 0x03CB, -32},   // σ to ϋ
     {0x03CC, 0x03CC, -64},   // ό
     {0x03CD, 0x03CE, -63},   // ύ, ώ
+    {0x03D0, 0x03D0, -62},   // curled beta
+    {0x03D1, 0x03D1, -57},   // script theta
+    {0x03D5, 0x03D5, -47},   // straight phi
+    {0x03D6, 0x03D6, -54},   // omega pi
+    {0x03D7, 0x03D7, -8},    // kai
     {0x03D9, 0x03EF, 0},     // archaic and Coptic letters
+    {0x03F0, 0x03F0, -86},   // script kappa
+    {0x03F1, 0x03F1, -80},   // tailed rho
+    {0x03F2, 0x03F2, +7},    // lunate sigma
+    {0x03F3, 0x03F3, -116},  // yot
+    {0x03F5, 0x03F5, -96},   // lunate epsilon
     {0x03F8, 0x03F8, -1},
     {0x03FB, 0x03FB, -1},
     {0x0430, 0x044F, -32},   // а to я

@@ -39,10 +39,15 @@ std::int32_t checked_integer(double number) {
 
 double parse_number(const std::string& spelled) {
   std::string_view digits = text::trim(spelled);
-  if (digits.starts_with('+')) digits.remove_prefix(1);
+  if (digits.starts_with('+') && !digits.substr(1).starts_with('-')) digits.remove_prefix(1);
   double number = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (digits.empty() || result.ec != std::errc() || result.ptr != digits.data() + digits.size()) {
+  const bool all_read = result.ptr == digits.data() + digits.size();
+  if (result.ec == std::errc::result_out_of_range && all_read) {
+    throw Overflow("The number " + std::string(digits) + " does not fit 32 bits.");
+  }
+  // The words for infinity and for no number would be read, too.
+  if (result.ec != std::errc() || !all_read || !std::isfinite(number)) {
     throw TypeMismatch("'" + spelled + "' is no number.");
   }
   return number;
