@@ -96,6 +96,14 @@ TEST(RecordWalker, ReadsAChangedTextAnewWhenItIsCounted) {
   EXPECT_EQ(walker.TokenAt(text, ";", 1), "b");
 }
 
+TEST(RecordWalker, KnowsAShorterTextAtTheSamePlaceAsAnother) {
+  const std::string_view text = "a;b;c";
+  RecordWalker walker;
+  EXPECT_EQ(walker.TokenAt(text, ";", 2), "c");
+  EXPECT_EQ(walker.TokenAt(text.substr(0, 3), ";", 1), "b");
+  EXPECT_THROW(walker.TokenAt(text.substr(0, 3), ";", 2), InvalidArgument);
+}
+
 TEST(RecordWalker, AnswersViewsIntoTheTextItself) {
   const std::string text = "a;b;";
   RecordWalker walker;
