@@ -1,0 +1,81 @@
+// kestrova-sel demo-db FILE
+#include <filesystem>
+
+#include "examples/forest/forest_generator.h"
+#include "platform/error.h"
+#include "platform/sqlite/sqlite_connection.h"
+#include "platform/standalone/settings_user_locale.h"
+#include "tools/commands.h"
+#include "tools/values.h"
+
+namespace kestrova::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The file while it is being made. It takes its own name only when it is complete, so that neither
+// a half-made database nor the loss of an older one can be left behind.
+class HalfMadeFile {
+ public:
+  explicit HalfMadeFile(const std::string& file) : file_(file), path_(file + ".part") {
+    fs::remove(path_);
+  }
+  ~HalfMadeFile() {
+    std::error_code ignored;
+    fs::remove(path_, ignored);
+  }
+  HalfMadeFile(const HalfMadeFile&) = delete;
+  HalfMadeFile& operator=(const HalfMadeFile&) = delete;
+
+  std::string path() const { return path_.string(); }
+  void finish() const { fs::rename(path_, file_); }
+
+ private:
+  fs::path file_;
+  fs::path path_;
+};
+
+void check_target(const DemoDbArguments& arguments) {
+  const fs::path file(arguments.file);
+  if (fs::is_directory(file)) {
+    throw UsageError("'" + arguments.file + "' is a folder: give the name of a file");
+  }
+  if (fs::exists(file) && !arguments.force) {
+    throw UsageError("the file '" + arguments.file +
+                     "' exists: give another name, or --force to "
+                     "replace it");
+  }
+  if (file.has_parent_path() && !fs::is_directory(file.parent_path())) {
+    throw UsageError("there is no folder '" + file.parent_path().string() + "'");
+  }
+}
+
+ForestOptions forest_options(const DemoDbArguments& arguments) {
+  ForestOptions options;
+  if (arguments.lots) options.lots = *arguments.lots;
+  if (arguments.seed) options.seed = *arguments.seed;
+  if (arguments.today) {
+    const auto today = SettingsUserLocale("DE", "YMD").to_date(*arguments.today);
+    if (!today) throw UsageError("'" + *arguments.today + "' is no date like 2025-03-14");
+    options.today = *today;
+  }
+  return options;
+}
+
+}  // namespace
+
+void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments,
+                  std::ostream& out) {
+  check_target(arguments);
+  const ForestOptions forest = forest_options(arguments);
+  const HalfMadeFile half_made(arguments.file);
+  build_forest_database(*open_sqlite(half_made.path()), forest);
+  half_made.finish();
+  if (options.json) {
+    print_json(out, Json{{"file", arguments.file}, {"lots", forest.lots}, {"seed", forest.seed}});
+  } else {
+    out << "Made the sample database '" << arguments.file << "' with " << forest.lots << " lots.\n";
+  }
+}
+
+}  // namespace kestrova::tool

@@ -1,0 +1,265 @@
+// kestrova-sel: stored filters on the command line.
+//
+// Exit codes: 0 done, 1 the filter or the database refused, 2 wrong usage, 3 unexpected.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <functional>
+#include <iostream>
+#include <sstream>
+
+#include "tools/commands.h"
+#include "tools/error_report.h"
+
+namespace kestrova::tool {
+namespace {
+
+constexpr std::int32_t kMostRows = 1'000'000'000;
+
+using Command = std::function<void(const GlobalOptions&, std::ostream&)>;
+
+struct CommandLine {
+  CLI::App app{"Shows what stored filters of the suite select, and the SQL that they become."};
+  GlobalOptions options;
+  RelationsArguments relations;
+  FieldsArguments fields;
+  TranslateArguments translate;
+  RunArguments run;
+  MaterialiseArguments materialise;
+  DemoDbArguments demo_db;
+  Command command;
+
+  CommandLine();
+  void parse(int argc, char** argv);
+
+ private:
+  CLI::App* add(const char* name, const char* description, const char* example, Command action);
+  void add_global_options();
+  void add_relations();
+  void add_fields();
+  void add_translate();
+  void add_run();
+  void add_materialise();
+  void add_demo_db();
+};
+
+void add_mode_options(CLI::App& command, Filter& filter) {
+  command.add_option("--mode", filter.mode, "Mode of a relation outside the catalogue")
+      ->check(CLI::IsMember({"WAREN", "4ARB"}))
+      ->type_name("WAREN|4ARB");
+  command.add_option("--variant", filter.variant, "Variant tag of the selection")->type_name("TAG");
+}
+
+void add_filter(CLI::App& command, Filter& filter) {
+  command.add_option("CODE", filter.code, "Relation code")->required()->type_name("");
+  command
+      .add_option("CRITERIA", filter.criteria,
+                  "Criteria string: records \"ID operator value\", each ended by \";\"")
+      ->required()
+      ->type_name("");
+  add_mode_options(command, filter);
+}
+
+void add_limit(CLI::App& command, std::int32_t& limit) {
+  command.add_option("--limit", limit, "Show at most this many rows")
+      ->check(CLI::Range(0, kMostRows))
+      ->type_name("N")
+      ->capture_default_str();
+}
+
+CommandLine::CommandLine() {
+  app.name("kestrova-sel");
+  app.set_version_flag("--version", "2.0");
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.footer(
+      "Example:\n"
+      "  kestrova-sel demo-db forest.db\n"
+      "  kestrova-sel --db forest.db fields 1EXP\n"
+      "'kestrova-sel COMMAND --help' explains a command.");
+  add_global_options();
+  add_relations();
+  add_fields();
+  add_translate();
+  add_run();
+  add_materialise();
+  add_demo_db();
+}
+
+CLI::App* CommandLine::add(const char* name, const char* description, const char* example,
+                           Command action) {
+  CLI::App* sub = app.add_subcommand(name, description);
+  sub->footer(std::string("Example:\n  ") + example);
+  sub->callback([this, action = std::move(action)] { command = action; });
+  return sub;
+}
+
+void CommandLine::add_global_options() {
+  app.add_option("--db", options.database, "File of the database")->type_name("FILE");
+  app.add_option("--language", options.language, "Language of field names")
+      ->check(CLI::IsMember({"DE", "EN"}))
+      ->type_name("DE|EN")
+      ->capture_default_str();
+  app.add_option("--date-order", options.date_order, "How the user writes dates")
+      ->check(CLI::IsMember({"DMY", "MDY", "YMD", "YDM"}))
+      ->type_name("DMY|MDY|YMD|YDM")
+      ->capture_default_str();
+  app.add_option("--or-line", options.or_line, "Text of the OR line in criteria strings")
+      ->type_name("TEXT")
+      ->capture_default_str();
+  app.add_option("--user-level", options.user_level,
+                 "Access level of the user; 1 sees the records of all levels, any other its own")
+      ->type_name("N")
+      ->capture_default_str();
+  app.add_option("--user", options.user, "Identifier of the user")
+      ->type_name("N")
+      ->capture_default_str();
+  app.add_flag("--json", options.json, "Answer, and report errors, as one JSON document");
+}
+
+void CommandLine::add_relations() {
+  CLI::App* sub =
+      add("relations", "List the relation codes, or show what one of them means",
+          "kestrova-sel --db forest.db relations 2ABR1-A",
+          [this](const GlobalOptions& o, std::ostream& out) { show_relations(o, relations, out); });
+  sub->add_option("CODE", relations.code, "Relation code")->type_name("");
+}
+
+void CommandLine::add_fields() {
+  CLI::App* sub =
+      add("fields", "List the fields that filters of a relation may name",
+          "kestrova-sel --db forest.db fields 1EXP",
+          [this](const GlobalOptions& o, std::ostream& out) { show_fields(o, fields, out); });
+  sub->add_option("CODE", fields.code, "Relation code")->required()->type_name("");
+}
+
+void CommandLine::add_translate() {
+  CLI::App* sub = add(
+      "translate", "Show the SQL of a filter and let the database check it",
+      "kestrova-sel --db forest.db translate 1VM \"703 = 'FI';711 >= 40;\"",
+      [this](const GlobalOptions& o, std::ostream& out) { translate_filter(o, translate, out); });
+  add_filter(*sub, translate.filter);
+  sub->add_flag("--raw", translate.raw, "Only the exact FROM/WHERE text");
+}
+
+void CommandLine::add_run() {
+  CLI::App* sub =
+      add("run", "Show the SQL of a filter and the records that it selects",
+          "kestrova-sel --db forest.db run 1VM \"703 = 'BU';=== ODER ===;703 = 'EI';\" --limit 5",
+          [this](const GlobalOptions& o, std::ostream& out) { run_filter(o, run, out); });
+  add_filter(*sub, run.filter);
+  add_limit(*sub, run.limit);
+  sub->add_option("--columns", run.columns, "Select list instead of the relation's usual columns")
+      ->type_name("SQL");
+}
+
+void CommandLine::add_materialise() {
+  CLI::App* sub = add("materialise", "Fill the temporary table of a kind and show it",
+                      "kestrova-sel --db forest.db materialise ID --code 1VM --criteria \"711 >= "
+                      "40;\"",
+                      [this](const GlobalOptions& o, std::ostream& out) {
+                        kestrova::tool::materialise(o, materialise, out);
+                      });
+  sub->add_option("KIND", materialise.kind,
+                  "LEISTUNGS_BB, PREIS_ANGEBOT, PREIS_RECHNUNG, ID, \"HE 120\", \"HE 210\", CHILD, "
+                  "MAIN, UE or PLAN_JAHR")
+      ->required()
+      ->type_name("");
+  CLI::Option* text = sub->add_option("FROMWHERE", materialise.from_where,
+                                      "The text behind the kind's INSERT, as a module gives it")
+                          ->type_name("");
+  CLI::Option* code = sub->add_option("--code", materialise.filter.code,
+                                      "Relation code of a filter that gives the text")
+                          ->excludes(text)
+                          ->type_name("CODE");
+  sub->add_option("--criteria", materialise.filter.criteria, "Criteria string of that filter")
+      ->needs(code)
+      ->type_name("CRITERIA");
+  add_mode_options(*sub, materialise.filter);
+  add_limit(*sub, materialise.limit);
+  sub->add_flag("--batch", materialise.batch_only,
+                "Show the batch for LEISTUNGS_BB that a caller without a connection is given");
+}
+
+void CommandLine::add_demo_db() {
+  CLI::App* sub =
+      add("demo-db", "Make the sample forestry database", "kestrova-sel demo-db forest.db",
+          [this](const GlobalOptions& o, std::ostream& out) { make_demo_db(o, demo_db, out); });
+  sub->add_option("FILE", demo_db.file, "The file to make")->required()->type_name("");
+  sub->add_option("--lots", demo_db.lots, "Number of lots; the other tables grow with it")
+      ->check(CLI::Range(std::int64_t{1}, std::int64_t{10'000'000}))
+      ->type_name("N");
+  sub->add_option("--seed", demo_db.seed, "Another seed makes other data")->type_name("N");
+  sub->add_option("--today", demo_db.today, "Day around which all dates lie")
+      ->type_name("YYYY-MM-DD");
+  sub->add_flag("--force", demo_db.force, "Replace an existing file");
+}
+
+// Raises UsageError; CLI::Success when a help text or the version was asked for.
+void CommandLine::parse(int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success&) {
+    throw;
+  } catch (const CLI::ParseError& error) {
+    const auto chosen = app.get_subcommands();
+    const std::string command_name = chosen.empty() ? "" : " " + chosen.front()->get_name();
+    throw UsageError(std::string(error.what()) + ": 'kestrova-sel" + command_name +
+                     " --help' explains the usage");
+  }
+}
+
+// Also for command lines that cannot be read.
+bool asks_for_json(int argc, char** argv) {
+  return std::any_of(argv + 1, argv + argc,
+                     [](std::string_view argument) { return argument == "--json"; });
+}
+
+// A reader that has seen enough closes the pipe, which is no failure.
+int write_out(const std::string& answer, int exit_code) {
+  errno = 0;
+  std::cout << answer << std::flush;
+  if (std::cout || errno == EPIPE) return exit_code;
+  std::cerr << "kestrova-sel: error: the answer could not be written\n";
+  return kExitUnexpected;
+}
+
+int report(const ErrorReport& error, const std::string& answer, bool json) {
+  if (json) {
+    std::ostringstream document;
+    print_error_json(document, error);
+    return write_out(document.str(), error.exit_code);
+  }
+  const int exit_code = write_out(answer, error.exit_code);
+  print_error_line(std::cerr, error);
+  return exit_code;
+}
+
+int run(int argc, char** argv) {
+  std::ostringstream answer;
+  try {
+    CommandLine line;
+    try {
+      line.parse(argc, argv);
+    } catch (const CLI::Success& wish) {
+      line.app.exit(wish, answer, answer);
+      return write_out(answer.str(), kExitOk);
+    }
+    line.command(line.options, answer);
+    return write_out(answer.str(), kExitOk);
+  } catch (...) {
+    return report(describe_error(std::current_exception()), answer.str(),
+                  asks_for_json(argc, argv));
+  }
+}
+
+}  // namespace
+}  // namespace kestrova::tool
+
+int main(int argc, char** argv) {
+#ifdef SIGPIPE
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
+  return kestrova::tool::run(argc, argv);
+}

@@ -1,0 +1,179 @@
+#include "tools/translation.h"
+
+#include <optional>
+
+#include "engine/comm_sel.h"
+#include "interface/module_state.h"
+#include "platform/error.h"
+#include "platform/text.h"
+#include "relations/date_expressions.h"
+#include "relations/relation_codes.h"
+#include "tools/criteria_check.h"
+#include "tools/fields.h"
+#include "tools/sql_layout.h"
+
+namespace kestrova::tool {
+namespace {
+
+constexpr std::string_view kLabourFrom = " FROM BB_LEISTUNGS_KOPF";
+constexpr std::string_view kLabourJoin =
+    " INNER JOIN #BB_LEISTUNGS_KOPF ON BB_LEISTUNGS_KOPF.ID = #BB_LEISTUNGS_KOPF.ID";
+
+std::string mode_of(const Filter& filter) {
+  if (IsCatalogueRelation(filter.code)) return {};
+  if (!filter.mode.empty()) return filter.mode;
+  const bool is_work_order = filter.code.starts_with("4ARB") || filter.code.starts_with("4PLN");
+  return is_work_order ? "4ARB" : "WAREN";
+}
+
+std::vector<std::string_view> records_of(const Filter& filter) {
+  std::vector<std::string_view> records = text::split(filter.criteria, ';');
+  if (records.back().empty()) records.pop_back();
+  return records;
+}
+
+std::string field_part(const Session& session, const Filter& filter, std::string_view record) {
+  return Comm_Sel().TransComp_NoLabels(session.context, filter.code, record, "GETFIELD", true,
+                                       false);
+}
+
+// The first field of the filter that its relation does not have.
+std::optional<std::int16_t> unknown_field(const Session& session, const Filter& filter) {
+  for (const std::string_view record : records_of(filter)) {
+    if (record == session.context.strOderLine) continue;
+    const std::int16_t id = text::to_int16(field_part(session, filter, record));
+    if (!has_field(session, filter.code, id)) return id;
+  }
+  return std::nullopt;
+}
+
+std::string unknown_field_message(const Filter& filter, std::int16_t id) {
+  return "the relation '" + filter.code + "' has no field " + std::to_string(id) +
+         ": 'kestrova-sel fields " + filter.code + "' lists the fields";
+}
+
+std::string library_text(const Session& session, const Filter& filter, std::string_view mode) {
+  const auto explained = [&](const auto& error) {
+    using LibraryError = std::decay_t<decltype(error)>;
+    const std::optional<std::int16_t> id = unknown_field(session, filter);
+    return id ? LibraryError(unknown_field_message(filter, *id)) : error;
+  };
+  try {
+    return Comm_Sel().D_SelectionFromStr(session.context, filter.code, mode, filter.criteria,
+                                         filter.variant, session.context.lngAccessLevel);
+  } catch (const ItemNotFound& error) {
+    throw explained(error);
+  } catch (const NoCurrentRecord& error) {
+    throw explained(error);
+  }
+}
+
+// A date literal is shown in the user's form; everything else stands as it is stored.
+std::string readable_value(const Session& session, const Filter& filter, std::int16_t id,
+                           const std::string& value) {
+  const std::int16_t type = Comm_Sel().Get_TypeOfFieldFromID(session.context, id, filter.code);
+  return IsDateFieldType(type) ? session.format.show_date_literal(value) : value;
+}
+
+}  // namespace
+
+Translation translate(const Session& session, const Filter& filter) {
+  require_known_relation(session, filter.code);
+  check_criteria(filter.criteria, session.context.strOderLine);
+  module_state().strVerType = filter.variant;
+  Translation translation{.code = filter.code, .mode = mode_of(filter), .from_where = {}};
+  translation.from_where = library_text(session, filter, translation.mode);
+  translation.fills_labour_table =
+      filter.code.starts_with("LEISTUNGS_BB") || filter.code == "VERLOHN";
+  return translation;
+}
+
+std::string row_columns(const Session& session, const Translation& translation) {
+  const std::string_view key =
+      IsCatalogueRelation(translation.code)    ? GetRelationTableKey(translation.code)
+      : translation.mode == "WAREN"            ? "WAREN"
+      : IsRestrictedRelation(translation.code) ? access_table_key(translation.code)
+                                               : "";
+  const auto rows = session.connection().open(
+      "SELECT ROW_COLUMNS FROM SUITE_TABLE_KEYS WHERE TABLE_KEY = " + sql_literal(key),
+      CursorType::kForwardOnly, LockType::kReadOnly);
+  const std::string columns = rows->eof() ? "" : rows->value(0).text_or_empty();
+  return columns.empty() ? "*" : columns;
+}
+
+std::string select_text(const Translation& translation, std::string_view columns) {
+  std::string from_where = translation.from_where;
+  if (translation.fills_labour_table) {
+    if (!from_where.starts_with(kLabourFrom)) {
+      throw InvalidArgument("the FROM text of '" + translation.code +
+                            "' does not begin with BB_LEISTUNGS_KOPF, so that "
+                            "#BB_LEISTUNGS_KOPF cannot be joined");
+    }
+    from_where.insert(kLabourFrom.size(), kLabourJoin);
+  }
+  return "SELECT " + std::string(columns) + from_where;
+}
+
+void prepare(const Session& session, const Translation& translation, std::string_view columns) {
+  session.connection().open(select_text(translation, "TOP 0 " + std::string(columns)),
+                            CursorType::kForwardOnly, LockType::kReadOnly);
+}
+
+std::vector<ReadableCriterion> readable_criteria(const Session& session, const Filter& filter) {
+  const FieldNames names(session, filter.code);
+  std::vector<ReadableCriterion> criteria;
+  for (const std::string_view record : records_of(filter)) {
+    if (record == session.context.strOderLine) {
+      criteria.push_back({.is_or = true, .id = {}, .name = {}, .op = {}, .value = {}});
+      continue;
+    }
+    const auto part = [&](std::string_view which) {
+      return Comm_Sel().TransComp_NoLabels(session.context, filter.code, record, which, true, true);
+    };
+    const std::string id = part("GETFIELD");
+    const std::int16_t number = text::to_int16(id);
+    criteria.push_back({.id = id,
+                        .name = names.name(number),
+                        .op = part("GETOPERATOR"),
+                        .value = readable_value(session, filter, number, part("GETVALUE"))});
+  }
+  return criteria;
+}
+
+void print_sql(std::ostream& out, std::string_view sql) {
+  out << "SQL\n" << lay_out_sql(sql, "  ") << "\n\n";
+}
+
+void print_criteria(std::ostream& out, const Session& session,
+                    const std::vector<ReadableCriterion>& criteria) {
+  out << "Criteria\n";
+  if (criteria.empty()) out << "  (none: every record of the relation)\n";
+  for (const ReadableCriterion& criterion : criteria) {
+    out << "  ";
+    if (criterion.is_or) {
+      out << session.context.strOderLine << '\n';
+      continue;
+    }
+    out << criterion.name << ' ' << criterion.op;
+    if (!criterion.value.empty()) out << ' ' << criterion.value;
+    out << '\n';
+  }
+  out << '\n';
+}
+
+Json criteria_json(const std::vector<ReadableCriterion>& criteria) {
+  Json list = Json::array();
+  for (const ReadableCriterion& criterion : criteria) {
+    if (criterion.is_or) {
+      list.push_back({{"or", true}});
+    } else {
+      list.push_back({{"id", text::to_int16(criterion.id)},
+                      {"field", criterion.name},
+                      {"operator", criterion.op},
+                      {"value", criterion.value}});
+    }
+  }
+  return list;
+}
+
+}  // namespace kestrova::tool
