@@ -1,0 +1,187 @@
+#include "platform/sqlite/sql_like.h"
+
+#include <algorithm>
+#include <map>
+#include <vector>
+
+#include "platform/text.h"
+
+namespace kestrova::sql {
+namespace {
+
+using Characters = std::vector<std::string>;
+
+// The characters of a text; capitals as folded asks.
+Characters characters(std::string_view text, bool folded) {
+  const std::string upper = folded ? text::upper(text) : std::string(text);
+  std::string_view rest = upper;
+  Characters result;
+  result.reserve(rest.size());
+  while (!rest.empty()) {
+    const std::string_view first = text::left(rest, 1);
+    result.emplace_back(first);
+    rest.remove_prefix(first.size());
+  }
+  return result;
+}
+
+std::string_view without_trailing_blanks(std::string_view s) {
+  return s.substr(0, s.find_last_not_of(' ') + 1);
+}
+
+// One element of a pattern.
+struct Element {
+  enum Kind { kCharacter, kAnyCharacter, kAnyText, kSet } kind = kCharacter;
+  std::string character;
+  bool negated = false;
+  std::vector<std::pair<std::string, std::string>> ranges;
+
+  bool accepts(const std::string& c) const {
+    if (kind == kCharacter) return c == character;
+    if (kind != kSet) return true;
+    const bool in = std::any_of(ranges.begin(), ranges.end(), [&](const auto& range) {
+      return range.first <= c && c <= range.second;
+    });
+    return in != negated;
+  }
+};
+
+std::vector<Element> read_pattern(const Characters& pattern, const std::string& escape) {
+  std::vector<Element> result;
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    Element element;
+    element.character = pattern[i];
+    if (!escape.empty() && pattern[i] == escape && i + 1 < pattern.size()) {
+      element.character = pattern[++i];
+    } else if (pattern[i] == "%") {
+      element.kind = Element::kAnyText;
+    } else if (pattern[i] == "_") {
+      element.kind = Element::kAnyCharacter;
+    } else if (pattern[i] == "[") {
+      element.kind = Element::kSet;
+      std::size_t at = i + 1;
+      if (at < pattern.size() && pattern[at] == "^") {
+        element.negated = true;
+        ++at;
+      }
+      for (const std::size_t first = at; at < pattern.size() && (pattern[at] != "]" || at == first);
+           ++at) {
+        if (at + 2 < pattern.size() && pattern[at + 1] == "-" && pattern[at + 2] != "]") {
+          element.ranges.emplace_back(pattern[at], pattern[at + 2]);
+          at += 2;
+        } else {
+          element.ranges.emplace_back(pattern[at], pattern[at]);
+        }
+      }
+      i = at;  // an unclosed set is no set that anything is in
+    }
+    result.push_back(std::move(element));
+  }
+  return result;
+}
+
+bool matches(const Characters& text, const std::vector<Element>& pattern) {
+  // Where the last "%" was, to try it with one more character.
+  std::size_t star = pattern.size();
+  std::size_t star_text = 0;
+  std::size_t t = 0;
+  std::size_t p = 0;
+  while (t < text.size()) {
+    if (p < pattern.size() && pattern[p].kind == Element::kAnyText) {
+      star = p++;
+      star_text = t;
+    } else if (p < pattern.size() && pattern[p].accepts(text[t])) {
+      ++p;
+      ++t;
+    } else if (star < pattern.size()) {
+      p = star + 1;
+      t = ++star_text;
+    } else {
+      // Only trailing blanks may be left over.
+      return p == pattern.size() &&
+             std::all_of(text.begin() + static_cast<std::ptrdiff_t>(t), text.end(),
+                         [](const std::string& c) { return c == " "; });
+    }
+  }
+  while (p < pattern.size() && pattern[p].kind == Element::kAnyText) ++p;
+  return p == pattern.size();
+}
+
+std::map<std::string, std::string> make_small_letters() {
+  std::map<std::string, std::string> result;
+  for (unsigned code = 0x80; code < 0x530; ++code) {
+    if (code == 0x3C2) continue;  // the final sigma shares its capital with the ordinary one
+    const std::string small = {static_cast<char>(0xC0 | (code >> 6)),
+                               static_cast<char>(0x80 | (code & 0x3F))};
+    const std::string capital = text::upper(small);
+    if (capital != small) result.emplace(capital, small);
+  }
+  return result;
+}
+
+char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+}  // namespace
+
+int compare_texts(std::string_view a, std::string_view b) {
+  a = without_trailing_blanks(a);
+  b = without_trailing_blanks(b);
+  const std::size_t common = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    const auto x = static_cast<unsigned char>(capital(a[i]));
+    const auto y = static_cast<unsigned char>(capital(b[i]));
+    if (x >= 0x80 || y >= 0x80) {
+      // What was equal so far is basic Latin, so that a whole character begins here in both.
+      return text::upper(a.substr(i)).compare(text::upper(b.substr(i)));
+    }
+    if (x != y) return x < y ? -1 : 1;
+  }
+  return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+}
+
+bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape) {
+  return matches(characters(text, true),
+                 read_pattern(characters(pattern, true), text::upper(escape)));
+}
+
+std::size_t position_of(std::string_view needle, std::string_view text) {
+  if (needle.empty()) return 0;
+  const std::string haystack = text::upper(text);
+  const std::size_t at = haystack.find(text::upper(needle));
+  return at == std::string::npos ? 0 : text::length(std::string_view(haystack).substr(0, at)) + 1;
+}
+
+std::string replaced(std::string_view text, std::string_view what, std::string_view with) {
+  const Characters original = characters(text, false);
+  const Characters folded = characters(text, true);
+  const Characters wanted = characters(what, true);
+  if (wanted.empty()) return std::string(text);
+  std::string result;
+  for (std::size_t i = 0; i < original.size();) {
+    if (i + wanted.size() <= folded.size() &&
+        std::equal(wanted.begin(), wanted.end(), folded.begin() + static_cast<std::ptrdiff_t>(i))) {
+      result += with;
+      i += wanted.size();
+    } else {
+      result += original[i++];
+    }
+  }
+  return result;
+}
+
+std::string lower(std::string_view text) {
+  static const std::map<std::string, std::string> kSmallLetters = make_small_letters();
+  std::string result;
+  for (const std::string& character : characters(text, false)) {
+    const char first = character.front();
+    const auto small = kSmallLetters.find(character);
+    if (first >= 'A' && first <= 'Z') {
+      result += static_cast<char>(first - 'A' + 'a');
+    } else {
+      result += small == kSmallLetters.end() ? character : small->second;
+    }
+  }
+  return result;
+}
+
+}  // namespace kestrova::sql

@@ -1,0 +1,27 @@
+// Text comparison, search and patterns as the server's usual collation makes them: without regard
+// to case, and in comparisons without regard to trailing blanks.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kestrova::sql {
+
+// Below, at or above 0 as a sorts before, with or behind b.
+int compare_texts(std::string_view a, std::string_view b);
+
+// LIKE: "%" stands for any text, "_" for one character, "[a-f]" for one of these, "[^a-f]" for one
+// that is none of these. The character behind the escape character (if any) stands for itself.
+// Blanks at the end of the text may be missing in the pattern, not the other way round.
+bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape);
+
+// Position (from 1) of the first occurrence of needle in text, 0 when there is none.
+std::size_t position_of(std::string_view needle, std::string_view text);
+
+// text with every occurrence of what replaced.
+std::string replaced(std::string_view text, std::string_view what, std::string_view with);
+
+// Lower case: the inverse of text::upper.
+std::string lower(std::string_view text);
+
+}  // namespace kestrova::sql

@@ -1,0 +1,53 @@
+#include "platform/sqlite/sqlite_connection.h"
+
+#include "platform/error.h"
+#include "platform/sqlite/sqlite_recordset.h"
+#include "platform/sqlite/sqlite_session.h"
+
+namespace kestrova {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n\v\f";
+
+class SqliteConnection final : public Connection {
+ public:
+  explicit SqliteConnection(std::shared_ptr<sql::Session> session) : session_(std::move(session)) {}
+
+  std::unique_ptr<Recordset> open(std::string_view source, CursorType cursor,
+                                  LockType lock) override {
+    std::string text(source);
+    if (source.find_first_of(kBlanks) == std::string_view::npos) text = "SELECT * FROM " + text;
+    return std::make_unique<sql::SqliteRecordset>(session_, std::move(text), cursor, lock);
+  }
+
+  std::int64_t execute(std::string_view batch) override { return session_->execute(batch); }
+
+  ConnectionKind kind() const override { return ConnectionKind::kSqlServer; }
+
+  void check(std::string_view sql) { session_->check(sql); }
+
+ private:
+  std::shared_ptr<sql::Session> session_;
+};
+
+int open_flags(const std::string& file, const SqliteOptions& options) {
+  if (options.read_only) return SQLITE_OPEN_READONLY;
+  const bool create = options.create || file == ":memory:";
+  return SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+}
+
+}  // namespace
+
+std::shared_ptr<Connection> open_sqlite(const std::string& file_or_memory, SqliteOptions options) {
+  const int flags = open_flags(file_or_memory, options);
+  return std::make_shared<SqliteConnection>(
+      std::make_shared<sql::Session>(file_or_memory, flags, std::move(options.clock)));
+}
+
+void check_sqlite(Connection& connection, std::string_view sql) {
+  auto* embedded = dynamic_cast<SqliteConnection*>(&connection);
+  if (!embedded) throw InvalidArgument("The connection is none of the embedded database.");
+  embedded->check(sql);
+}
+
+}  // namespace kestrova

@@ -1,0 +1,324 @@
+#include "platform/sqlite/sqlite_session.h"
+
+#include <algorithm>
+
+#include "platform/error.h"
+#include "platform/sqlite/sql_parser.h"
+#include "platform/text.h"
+
+namespace kestrova::sql {
+namespace {
+
+template <class... Functions>
+struct Overloaded : Functions... {
+  using Functions::operator()...;
+};
+
+// How the embedded database's refusals are told.
+DatabaseError constraint_error(const std::string& message) {
+  const std::string detail = message.substr(message.find(": ") + 2);
+  if (message.starts_with("NOT NULL") || detail.starts_with("key column ")) {
+    return DatabaseError("Cannot insert the value NULL into column '" +
+                             detail.substr(detail.starts_with("key column ") ? 11 : 0) +
+                             "'; column does not allow nulls.",
+                         "23000", 515);
+  }
+  if (detail.starts_with("length of ")) {
+    return DatabaseError(
+        "String or binary data would be truncated in column '" + detail.substr(10) + "'.", "22001",
+        8152);
+  }
+  return DatabaseError("Cannot insert a duplicate key: " + detail + " must be unique.", "23000",
+                       2627);
+}
+
+std::string shortened(std::string_view sql) {
+  constexpr std::size_t kShown = 300;
+  if (text::length(sql) <= kShown) return std::string(sql);
+  return std::string(text::left(sql, kShown)) + " ...";
+}
+
+// How errors name a statement.
+std::string statement_name(std::size_t index, const Statement& statement) {
+  return "statement " + std::to_string(index + 1) + ": " + shortened(statement.text);
+}
+
+// Runs a part of a statement's work; an error gets the statement's name.
+template <class Function>
+auto naming(const std::string& name, Function function) {
+  try {
+    return function();
+  } catch (const DatabaseError& error) {
+    throw DatabaseError(std::string(error.what()) + " [" + name + "]", error.sqlstate(),
+                        error.native_code());
+  }
+}
+
+}  // namespace
+
+Session::Session(const std::string& file, int flags, std::function<DateTime()> clock)
+    : schema_(nullptr), clock_(std::move(clock)) {
+  sqlite3* handle = nullptr;
+  const int code = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
+  database_.reset(handle);
+  if (code != SQLITE_OK) {
+    throw DatabaseError(
+        "Cannot open the database file '" + file + "': " + sqlite3_errstr(code) + ".", "08001",
+        code);
+  }
+  sqlite3_extended_result_codes(handle, 1);
+  sqlite3_busy_timeout(handle, 5'000);
+  sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1'000'000'000);
+  // A name in double quotes that no table knows must not turn into a text.
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  register_functions(handle, functions_);
+  schema_ = Schema(handle);
+  // A file that is no database shows when it is first read.
+  run("SELECT COUNT(*) FROM sqlite_schema");
+}
+
+std::int64_t Session::execute(std::string_view batch) {
+  const std::vector<Statement> statements = parse_batch(batch);
+  changed_ = 0;
+  run_statements(statements, statements.size(), batch);
+  return changed_;
+}
+
+OpenedQuery Session::open(std::string_view batch, bool with_row_number) {
+  const std::vector<Statement> statements = parse_batch(batch);
+  const auto* select =
+      statements.empty() ? nullptr : std::get_if<SelectStatement>(&statements.back().body);
+  if (!select || select->into) {
+    throw DatabaseError("The text returns no rows: " + shortened(batch), "24000");
+  }
+  if (statements.size() > 1) run_statements(statements, statements.size() - 1, batch);
+  OpenedQuery result;
+  result.name = statement_name(statements.size() - 1, statements.back());
+  naming(result.name, [&] {
+    result.query = translator(batch).query(*select->query, with_row_number);
+    result.statement = prepare(result.query.sql);
+  });
+  return result;
+}
+
+void Session::check(std::string_view batch) {
+  const std::vector<Statement> statements = parse_batch(batch);
+  for (std::size_t i = 0; i < statements.size(); ++i) {
+    naming(statement_name(i, statements[i]), [&] { check_statement(statements[i], batch); });
+  }
+}
+
+void Session::run_statements(const std::vector<Statement>& statements, std::size_t count,
+                             std::string_view batch) {
+  read_rest();
+  begin_batch();
+  try {
+    for (std::size_t i = 0; i < count; ++i) {
+      naming(statement_name(i, statements[i]), [&] { run_statement(statements[i], batch); });
+    }
+  } catch (...) {
+    end_batch();  // what ran before stays done
+    throw;
+  }
+  end_batch();
+}
+
+// One transaction around the whole batch: thousands of statements cost one write to the disk.
+void Session::begin_batch() {
+  if (sqlite3_get_autocommit(database_.get()) == 0) return;
+  run("BEGIN");
+  batch_transaction_ = true;
+}
+
+void Session::end_batch() {
+  if (!batch_transaction_) return;
+  batch_transaction_ = false;
+  if (sqlite3_get_autocommit(database_.get()) == 0) run("COMMIT");
+}
+
+Translator Session::translator(std::string_view batch) {
+  schema_.refresh();
+  functions_.now = clock_();
+  return Translator(schema_, batch, functions_.now, identity_insert_);
+}
+
+void Session::run_statement(const Statement& statement, std::string_view batch) {
+  Translator t = translator(batch);
+  std::visit(Overloaded{
+                 [&](const SelectStatement& s) { run_select(s, t); },
+                 [&](const InsertStatement& s) { run_commands(t.insert(s)); },
+                 [&](const UpdateStatement& s) { run_commands(t.update(s)); },
+                 [&](const DeleteStatement& s) { run_commands(t.delete_(s)); },
+                 [&](const CreateTableStatement& s) { run_commands(t.create_table(s)); },
+                 [&](const CreateIndexStatement& s) { run_commands(t.create_index(s)); },
+                 [&](const DropTableStatement& s) { run_commands(t.drop_table(s)); },
+                 [&](const DropIndexStatement& s) { run_commands(t.drop_index(s)); },
+                 [&](const IdentityInsertStatement& s) {
+                   const Table& table = t.table(s.table);
+                   if (!table.has_identity()) {
+                     throw DatabaseError(
+                         "Table '" + table.name +
+                             "' does not have the identity property. Cannot perform SET "
+                             "operation.",
+                         "42000", 8106);
+                   }
+                   identity_insert_ = s.on ? table.name : "";
+                 },
+                 [&](const TransactionStatement& s) { run_transaction(s.verb); },
+                 [](const SettingStatement&) {},
+                 [&](const BlockStatement& s) {
+                   for (const Statement& inner : s.statements) run_statement(inner, batch);
+                 },
+                 [&](const IfStatement& s) {
+                   const StatementHandle query = prepare(t.condition_query(*s.condition));
+                   step(query.get());
+                   const bool met = sqlite3_column_int(query.get(), 0) != 0;
+                   const auto& branch = met ? s.then_branch : s.else_branch;
+                   sqlite3_reset(query.get());
+                   if (branch) run_statement(*branch, batch);
+                 },
+             },
+             statement.body);
+}
+
+void Session::check_statement(const Statement& statement, std::string_view batch) {
+  Translator t = translator(batch);
+  const auto check_commands = [&](const std::vector<Command>& commands) {
+    // Later commands of a statement may need the first one done; it is the first that can fail.
+    if (!commands.empty()) prepare(commands.front().sql);
+  };
+  std::visit(Overloaded{
+                 [&](const SelectStatement& s) {
+                   if (s.into) t.select_into(s);
+                   prepare(t.query(*s.query, false).sql);
+                 },
+                 [&](const InsertStatement& s) { check_commands(t.insert(s)); },
+                 [&](const UpdateStatement& s) { check_commands(t.update(s)); },
+                 [&](const DeleteStatement& s) { check_commands(t.delete_(s)); },
+                 [&](const CreateTableStatement& s) { check_commands(t.create_table(s)); },
+                 [&](const CreateIndexStatement& s) { check_commands(t.create_index(s)); },
+                 [&](const DropTableStatement& s) { check_commands(t.drop_table(s)); },
+                 [&](const DropIndexStatement& s) { check_commands(t.drop_index(s)); },
+                 [&](const IdentityInsertStatement& s) { t.table(s.table); },
+                 [](const TransactionStatement&) {},
+                 [](const SettingStatement&) {},
+                 [&](const BlockStatement& s) {
+                   for (const Statement& inner : s.statements) check_statement(inner, batch);
+                 },
+                 [&](const IfStatement& s) {
+                   prepare(t.condition_query(*s.condition));
+                   check_statement(*s.then_branch, batch);
+                   if (s.else_branch) check_statement(*s.else_branch, batch);
+                 },
+             },
+             statement.body);
+}
+
+void Session::run_select(const SelectStatement& statement, Translator& t) {
+  if (!statement.into) {
+    const StatementHandle query = prepare(t.query(*statement.query, false).sql);
+    while (step(query.get())) {
+    }
+    return;
+  }
+  // Either the new table with all its rows, or nothing.
+  run("SAVEPOINT select_into");
+  try {
+    run_commands(t.select_into(statement));
+  } catch (...) {
+    if (sqlite3_get_autocommit(database_.get()) == 0) {
+      run("ROLLBACK TO select_into");
+      run("RELEASE select_into");
+    }
+    schema_.forget();
+    throw;
+  }
+  run("RELEASE select_into");
+}
+
+void Session::run_commands(const std::vector<Command>& commands) {
+  for (const Command& command : commands) {
+    const std::int64_t changed = run(command.sql);
+    if (command.counted) {
+      changed_ = changed;
+    } else {
+      schema_.forget();
+    }
+  }
+}
+
+void Session::run_transaction(TransactionVerb verb) {
+  if (verb == TransactionVerb::kBegin) {
+    if (open_transactions_++ > 0) return;  // inner ones only count
+    end_batch();
+    run("BEGIN");
+    return;
+  }
+  if (open_transactions_ == 0) {
+    const std::string name = verb == TransactionVerb::kCommit ? "COMMIT" : "ROLLBACK";
+    throw DatabaseError(
+        "The " + name + " TRANSACTION request has no corresponding BEGIN TRANSACTION.", "25000",
+        verb == TransactionVerb::kCommit ? 3902 : 3903);
+  }
+  if (verb == TransactionVerb::kCommit) {
+    if (--open_transactions_ == 0) run("COMMIT");
+    return;
+  }
+  open_transactions_ = 0;
+  if (sqlite3_get_autocommit(database_.get()) == 0) run("ROLLBACK");
+  schema_.forget();
+}
+
+StatementHandle Session::prepare(const std::string& sql) {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v2(database_.get(), sql.c_str(), static_cast<int>(sql.size()),
+                                      &statement, nullptr);
+  if (code != SQLITE_OK) fail(code);
+  return StatementHandle(statement);
+}
+
+bool Session::step(sqlite3_stmt* statement) {
+  functions_.failure.reset();
+  const int code = sqlite3_step(statement);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  // The failed statement must not stay open, or it would keep its transaction open too.
+  const std::string message = sqlite3_errmsg(database_.get());
+  const auto failure = functions_.failure;
+  sqlite3_reset(statement);
+  if (failure) throw DatabaseError(*failure);
+  if ((code & 0xFF) == SQLITE_CONSTRAINT) throw constraint_error(message);
+  throw DatabaseError(message + ".", (code & 0xFF) == SQLITE_READONLY ? "25006" : "HY000", code);
+}
+
+bool Session::step(OpenedQuery& query) {
+  return naming(query.name, [&] { return step(query.statement.get()); });
+}
+
+std::int64_t Session::run(const std::string& sql) {
+  const StatementHandle statement = prepare(sql);
+  while (step(statement.get())) {
+  }
+  return changed_rows();
+}
+
+std::int64_t Session::changed_rows() const { return sqlite3_changes64(database_.get()); }
+
+void Session::fail(int code) {
+  throw DatabaseError("The embedded database cannot run the statement: " +
+                          std::string(sqlite3_errmsg(database_.get())) + ".",
+                      "HY000", code);
+}
+
+void Session::remove_reader(RowReader& reader) {
+  readers_.erase(std::remove(readers_.begin(), readers_.end(), &reader), readers_.end());
+}
+
+void Session::read_rest() {
+  const std::vector<RowReader*> readers = std::move(readers_);
+  readers_.clear();
+  for (RowReader* reader : readers) reader->read_rest();
+}
+
+}  // namespace kestrova::sql
