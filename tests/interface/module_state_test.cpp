@@ -1,0 +1,160 @@
+// The library's one set of state and the services that the host installs.
+#include "interface/module_state.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/error.h"
+#include "tests/support/fake_suite.h"
+#include "tests/support/fake_user_interface.h"
+#include "tests/support/recording_connection.h"
+
+namespace kestrova::test {
+namespace {
+
+// As the program found it.
+const ModuleState kStateAtStart = module_state();
+
+class FakeForm : public SelectionForm {
+ public:
+  const ComboBox& cboField() const override { return fields_; }
+
+ private:
+  ComboBox fields_{"cboField", ComboBox::Style::kDropDownList};
+};
+
+class CountingSuite : public FakeSuite {
+ public:
+  std::shared_ptr<LocTexts> loc_texts() override {
+    ++texts_made;
+    return FakeSuite::loc_texts();
+  }
+  int texts_made = 0;
+};
+
+class ModuleStateTest : public ::testing::Test {
+ protected:
+  ~ModuleStateTest() override { install_host({}); }
+
+  // A host with all services; its forms are counted.
+  Host whole_host() {
+    return {suite_, user_, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
+            [this]() -> std::shared_ptr<SelectionForm> {
+              ++forms_made_;
+              return std::make_shared<FakeForm>();
+            }};
+  }
+
+  std::shared_ptr<CountingSuite> suite_ = std::make_shared<CountingSuite>();
+  std::shared_ptr<ScriptedUserInterface> user_ = std::make_shared<ScriptedUserInterface>();
+  int forms_made_ = 0;
+};
+
+void expect_empty(const ModuleState& state) {
+  EXPECT_EQ(state.dbado, nullptr);
+  EXPECT_EQ(state.strLanguage, "");
+  EXPECT_EQ(state.strOderLine, "");
+  EXPECT_EQ(state.strNatWahrung, "");
+  EXPECT_EQ(state.strVerType, "");
+  EXPECT_EQ(state.strBlank, "");
+  EXPECT_EQ(state.strDecimalSep, "");
+  EXPECT_EQ(state.strSelektion_Fr_Wh, "");
+  EXPECT_EQ(state.strSelektionFormula, "");
+  EXPECT_EQ(state.blnOK, "");
+  EXPECT_EQ(state.theSelectionForm, nullptr);
+  EXPECT_EQ(state.theLocTexts, nullptr);
+}
+
+// The message of the ObjectNotSet that an operation raises.
+template <class Operation>
+std::string not_set_message(Operation operation) {
+  try {
+    operation();
+  } catch (const ObjectNotSet& error) {
+    EXPECT_EQ(error.number(), 91);
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST_F(ModuleStateTest, ItStartsEmpty) { expect_empty(kStateAtStart); }
+
+TEST_F(ModuleStateTest, ThereIsOne) { EXPECT_EQ(&module_state(), &module_state()); }
+
+TEST_F(ModuleStateTest, InstallingAHostBeginsAnew) {
+  install_host(whole_host());
+  ModuleState& state = module_state();
+  state.dbado = std::make_shared<RecordingConnection>();
+  for (std::string* text : {&state.strLanguage, &state.strOderLine, &state.strNatWahrung,
+                            &state.strVerType, &state.strBlank, &state.strDecimalSep,
+                            &state.strSelektion_Fr_Wh, &state.strSelektionFormula, &state.blnOK}) {
+    *text = "x";
+  }
+  loc_texts();
+  selection_form();
+  install_host(whole_host());
+  expect_empty(module_state());
+}
+
+TEST_F(ModuleStateTest, AnAbsentServiceIsNamedWhenItIsNeeded) {
+  install_host({});
+  EXPECT_EQ(not_set_message([] { suite(); }), "The host has installed no suite services.");
+  EXPECT_EQ(not_set_message([] { user_interface(); }), "The host has installed no user interface.");
+  EXPECT_EQ(not_set_message([] { user_locale(); }), "The host has installed no user locale.");
+  EXPECT_EQ(not_set_message([] { loc_texts(); }), "The host has installed no suite services.");
+  EXPECT_EQ(not_set_message([] { selection_form(); }),
+            "The host has installed no selection editor.");
+}
+
+TEST_F(ModuleStateTest, AnEditorThatCannotBeMadeIsAbsent) {
+  Host host = whole_host();
+  host.make_selection_form = [] { return std::shared_ptr<SelectionForm>(); };
+  install_host(host);
+  EXPECT_EQ(not_set_message([] { selection_form(); }),
+            "The host has installed no selection editor.");
+}
+
+TEST_F(ModuleStateTest, TheInstalledServicesAreAnswered) {
+  const Host host = whole_host();
+  install_host(host);
+  EXPECT_EQ(&suite(), host.suite.get());
+  EXPECT_EQ(&user_interface(), host.user_interface.get());
+  EXPECT_EQ(&user_locale(), host.user_locale.get());
+}
+
+TEST_F(ModuleStateTest, TheTextServiceIsMadeOnFirstUseAndKept) {
+  install_host(whole_host());
+  EXPECT_EQ(suite_->texts_made, 0);
+  LocTexts& first = loc_texts();
+  EXPECT_EQ(&loc_texts(), &first);
+  EXPECT_EQ(module_state().theLocTexts.get(), &first);
+  EXPECT_EQ(suite_->texts_made, 1);
+  EXPECT_EQ(first.GetText(6, KesVar()), "Wahr");
+}
+
+TEST_F(ModuleStateTest, TheEditorIsMadeOnFirstUseAndKept) {
+  install_host(whole_host());
+  EXPECT_EQ(forms_made_, 0);
+  SelectionForm& first = selection_form();
+  EXPECT_EQ(&selection_form(), &first);
+  EXPECT_EQ(module_state().theSelectionForm.get(), &first);
+  EXPECT_EQ(forms_made_, 1);
+}
+
+TEST_F(ModuleStateTest, AnotherHostReplacesTheServices) {
+  install_host(whole_host());
+  loc_texts();
+  selection_form();
+  const auto other = std::make_shared<CountingSuite>();
+  Host host = whole_host();
+  host.suite = other;
+  install_host(host);
+  loc_texts();
+  selection_form();
+  EXPECT_EQ(&suite(), other.get());
+  EXPECT_EQ(other->texts_made, 1);
+  EXPECT_EQ(forms_made_, 2);
+  EXPECT_EQ(suite_->live_services(), 0U) << "the first text service is released";
+}
+
+}  // namespace
+}  // namespace kestrova::test
