@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "platform/error.h"
+#include "platform/sqlite/sql_lexer.h"
 #include "platform/text.h"
 
 namespace kestrova::sql {
@@ -80,16 +81,16 @@ struct DateStyle {
   std::string (*format)(const DateTime&);
 };
 
-std::string two(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
-
+// "Feb  1 2024 10:30AM".
 std::string default_style(const DateTime& date) {
-  constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                        "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  const auto padded = [](int number) { return (number < 10 ? " " : "") + std::to_string(number); };
-  const int hour = date.hour % 12 == 0 ? 12 : date.hour % 12;
-  return std::string(kMonths[static_cast<std::size_t>(date.month - 1)]) + " " + padded(date.day) +
-         " " + std::to_string(date.year) + " " + padded(hour) + ":" + two(date.minute) +
-         (date.hour < 12 ? "AM" : "PM");
+  constexpr std::array<const char*, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  char buffer[80];
+  std::snprintf(buffer, sizeof buffer, "%s %2d %d %2d:%02d%s",
+                kMonths[static_cast<std::size_t>(date.month - 1)], date.day, date.year,
+                date.hour % 12 == 0 ? 12 : date.hour % 12, date.minute,
+                date.hour < 12 ? "AM" : "PM");
+  return buffer;
 }
 
 std::string compact_style(const DateTime& date) {
@@ -249,7 +250,7 @@ Value stored_to_host(const Value& stored, const SqlType& type) {
     case TypeClass::kDecimal: {
       if (const auto* integer = stored.get_if<std::int64_t>()) {
         std::string digits = std::to_string(*integer);
-        if (type.scale > 0) digits += "." + std::string(static_cast<std::size_t>(type.scale), '0');
+        if (type.scale > 0) digits.append(".").append(static_cast<std::size_t>(type.scale), '0');
         return Decimal{digits};
       }
       return Decimal{decimal_digits(as_double(stored), type.scale)};
@@ -266,7 +267,7 @@ Value stored_to_host(const Value& stored, const SqlType& type) {
 std::string stored_literal(const Value& stored) {
   if (stored.is_null()) return "NULL";
   if (const auto* text = stored.get_if<std::string>()) {
-    return "'" + text::replace_all(*text, "'", "''") + "'";
+    return quoted(*text, '\'');
   }
   if (const auto* number = stored.get_if<double>()) {
     std::string digits = stored.text();

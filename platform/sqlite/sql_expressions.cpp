@@ -449,6 +449,8 @@ Fragment Translator::scalar_query(const Expr& expr) {
 std::string Translator::like(const Expr& expr) {
   const Fragment operand = as_text(value(*expr.parts[0]));
   const Fragment pattern = as_text(value(*expr.parts[1]));
+  // Only for texts of the old one-byte types LIKE overlooks blanks that end the text.
+  const bool narrow = common_type(operand.type, pattern.type).id <= TypeId::kVarChar;
   std::string escape = "''";
   if (expr.parts.size() > 2) {
     const Expr& written = *expr.parts[2];
@@ -458,8 +460,8 @@ std::string Translator::like(const Expr& expr) {
     }
     escape = stored_literal(written.text);
   }
-  const std::string result =
-      "server_like(" + operand.sql + ", " + pattern.sql + ", " + escape + ")";
+  const std::string result = "server_like(" + operand.sql + ", " + pattern.sql + ", " + escape +
+                             (narrow ? ", 1)" : ", 0)");
   return expr.negated ? "(NOT " + result + ")" : result;
 }
 
@@ -529,8 +531,7 @@ std::string Translator::in_query(const Expr& expr) {
 std::string Translator::compare(Fragment left, const std::string& op, Fragment right,
                                 std::size_t offset) {
   bring_together(left, right, offset);
-  const std::string first = right.collated ? left.sql : collated(left);
-  return "(" + first + " " + op + " " + right.sql + ")";
+  return "(" + collated(left) + " " + op + " " + right.sql + ")";
 }
 
 void Translator::bring_together(Fragment& left, Fragment& right, std::size_t offset) {

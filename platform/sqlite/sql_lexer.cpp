@@ -214,6 +214,12 @@ std::string unquoted(const Token& token) {
   return text::replace_all(inner, std::string(2, close), std::string(1, close));
 }
 
+std::string quoted(std::string_view text, char quote) {
+  std::string result(1, quote);
+  for (const char c : text) result.append(c == quote ? 2 : 1, c);
+  return result += quote;
+}
+
 void throw_syntax_error(const std::string& message, std::string_view batch, std::size_t offset,
                         int native_code) {
   const std::size_t position = text::length(batch.substr(0, offset)) + 1;

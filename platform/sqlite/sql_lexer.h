@@ -37,6 +37,9 @@ std::vector<Token> tokenize(std::string_view batch);
 // The name or text that a quoted token stands for: without its quotes, doubled ones halved.
 std::string unquoted(const Token& token);
 
+// The inverse: the text between quotes, each quote in it doubled.
+std::string quoted(std::string_view text, char quote);
+
 // Throws DatabaseError 42000 with the message and the position (characters from 1) in the batch.
 [[noreturn]] void throw_syntax_error(const std::string& message, std::string_view batch,
                                      std::size_t offset, int native_code = 102);

@@ -80,7 +80,7 @@ std::vector<Element> read_pattern(const Characters& pattern, const std::string& 
   return result;
 }
 
-bool matches(const Characters& text, const std::vector<Element>& pattern) {
+bool matches(const Characters& text, const std::vector<Element>& pattern, bool overlook_blanks) {
   // Where the last "%" was, to try it with one more character.
   std::size_t star = pattern.size();
   std::size_t star_text = 0;
@@ -98,7 +98,7 @@ bool matches(const Characters& text, const std::vector<Element>& pattern) {
       t = ++star_text;
     } else {
       // Only trailing blanks may be left over.
-      return p == pattern.size() &&
+      return overlook_blanks && p == pattern.size() &&
              std::all_of(text.begin() + static_cast<std::ptrdiff_t>(t), text.end(),
                          [](const std::string& c) { return c == " "; });
     }
@@ -119,6 +119,33 @@ std::map<std::string, std::string> make_small_letters() {
   return result;
 }
 
+// The letter that a capital with an accent sorts beside, for Latin-1 and Latin Extended-A, from the
+// code point C0 on; a blank where there is none.
+constexpr std::string_view kBaseLetters =
+    "AAAAAAACEEEEIIIIDNOOOOO OUUUUYTSAAAAAAACEEEEIIIIDNOOOOO OUUUUYTY"
+    "AAAAAACCCCCCCCDDDDEEEEEEEEEEGGGGGGGGHHHHIIIIIIIIIIIIJJKKKLLLLLLL"
+    "LLLNNNNNNNNNOOOOOOOORRRRRRSSSSSSSSTTTTTTUUUUUUUUUUUUWWYYYZZZZZZS";
+static_assert(kBaseLetters.size() == 0x180 - 0xC0);
+
+// An upper-case text with its accents taken off.
+std::string without_accents(std::string_view upper) {
+  std::string result;
+  for (std::size_t i = 0; i < upper.size(); ++i) {
+    const auto lead = static_cast<unsigned char>(upper[i]);
+    if (lead >= 0xC3 && lead <= 0xC5 && i + 1 < upper.size()) {
+      const auto next = static_cast<unsigned char>(upper[i + 1]);
+      const std::size_t at = (lead - 0xC3U) * 0x40U + (next & 0x3FU);
+      if ((next & 0xC0U) == 0x80U && kBaseLetters[at] != ' ') {
+        result += kBaseLetters[at];
+        ++i;
+        continue;
+      }
+    }
+    result += upper[i];
+  }
+  return result;
+}
+
 char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 }  // namespace
@@ -132,16 +159,20 @@ int compare_texts(std::string_view a, std::string_view b) {
     const auto y = static_cast<unsigned char>(capital(b[i]));
     if (x >= 0x80 || y >= 0x80) {
       // What was equal so far is basic Latin, so that a whole character begins here in both.
-      return text::upper(a.substr(i)).compare(text::upper(b.substr(i)));
+      const std::string rest_a = text::upper(a.substr(i));
+      const std::string rest_b = text::upper(b.substr(i));
+      const int letters = without_accents(rest_a).compare(without_accents(rest_b));
+      return letters != 0 ? letters : rest_a.compare(rest_b);
     }
     if (x != y) return x < y ? -1 : 1;
   }
   return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
-bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape) {
+bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape,
+                     bool overlook_blanks) {
   return matches(characters(text, true),
-                 read_pattern(characters(pattern, true), text::upper(escape)));
+                 read_pattern(characters(pattern, true), text::upper(escape)), overlook_blanks);
 }
 
 std::size_t position_of(std::string_view needle, std::string_view text) {

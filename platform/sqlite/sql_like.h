@@ -7,13 +7,15 @@
 
 namespace kestrova::sql {
 
-// Below, at or above 0 as a sorts before, with or behind b.
+// Below, at or above 0 as a sorts before, with or behind b. Letters with accents sort behind those
+// without, and both before the next letter: A, Ä, B.
 int compare_texts(std::string_view a, std::string_view b);
 
 // LIKE: "%" stands for any text, "_" for one character, "[a-f]" for one of these, "[^a-f]" for one
 // that is none of these. The character behind the escape character (if any) stands for itself.
-// Blanks at the end of the text may be missing in the pattern, not the other way round.
-bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape);
+// With overlook_blanks, blanks that end the text may be missing in the pattern.
+bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape,
+                     bool overlook_blanks);
 
 // Position (from 1) of the first occurrence of needle in text, 0 when there is none.
 std::size_t position_of(std::string_view needle, std::string_view text);

@@ -33,6 +33,12 @@ bool is_outer_join(const FromItem& item) {
 
 }  // namespace
 
+std::string item_name(std::size_t position) {
+  std::string name = "u";
+  name += std::to_string(position);
+  return quoted_name(name);
+}
+
 void Translator::fail(const std::string& message, std::size_t offset, int native_code,
                       const std::string& sqlstate) const {
   const std::size_t position = text::length(batch_.substr(0, offset)) + 1;
@@ -80,7 +86,7 @@ Translator::WrittenQuery Translator::write_query(const Query& query, Naming nami
       Block block;
       for (std::size_t i = 0; i < inner.items.size(); ++i) {
         Fragment item;
-        item.sql = quoted_name("u" + std::to_string(i));
+        item.sql = item_name(i);
         item.type = inner.items[i].type;
         item.collated = item.type.is_text();
         block.items.push_back(item);
@@ -159,11 +165,7 @@ Translator::Block Translator::write_block(const Select& select,
   scope_->grouped = grouped;
   scope_->phase = Phase::kGroups;
   block.tail += group;
-  if (select.having) {
-    // Without GROUP BY the whole is one group; the embedded database wants to be told.
-    if (group.empty()) block.tail += " GROUP BY ''";
-    block.tail += " HAVING " + item_condition(*select.having);
-  }
+  if (select.having) block.tail += " HAVING " + item_condition(*select.having);
   for (const SelectItem& item : select.items) add_items(block, item);
   block.single_row = grouped && select.group_by.empty();
   if (select.from.empty()) block.single_row = true;
@@ -226,7 +228,7 @@ std::string Translator::put_together(const Block& block, Naming naming,
   std::string result = block.distinct ? "SELECT DISTINCT " : "SELECT ";
   result += joined(block.items, [&](std::size_t i) {
     std::string item = collated(block.items[i]);
-    if (naming == Naming::kNamed) item += " AS " + quoted_name("u" + std::to_string(i));
+    if (naming == Naming::kNamed) item += " AS " + item_name(i);
     return item;
   });
   if (!extra_item.empty()) result += ", " + extra_item;
@@ -368,8 +370,7 @@ std::string Translator::write_from(const FromItem& item) {
     for (std::size_t i = 0; i < inner.names.size(); ++i) {
       source.columns.push_back(
           {inner.names[i], text::upper(inner.names[i]), inner.items[i].type, false});
-      columns += (i > 0 ? ", " : "") + quoted_name("u" + std::to_string(i)) + " AS " +
-                 quoted_name(inner.names[i]);
+      columns += (i > 0 ? ", " : "") + item_name(i) + " AS " + quoted_name(inner.names[i]);
     }
     sql = "(SELECT " + columns + " FROM (" + inner.sql + "))";
   } else {

@@ -1,6 +1,7 @@
 #include "platform/sqlite/sql_schema.h"
 
 #include "platform/error.h"
+#include "platform/sqlite/sql_lexer.h"
 #include "platform/text.h"
 
 namespace kestrova::sql {
@@ -32,9 +33,7 @@ std::string column_text(sqlite3_stmt* statement, int column) {
 
 }  // namespace
 
-std::string quoted_name(const std::string& name) {
-  return "\"" + text::replace_all(name, "\"", "\"\"") + "\"";
-}
+std::string quoted_name(const std::string& name) { return quoted(name, '"'); }
 
 std::string index_name(const Table& table, std::string_view index) {
   return table.name + "." + std::string(index);

@@ -126,7 +126,7 @@ std::vector<Command> Translator::insert(const InsertStatement& statement) {
   bool needed = false;
   for (std::size_t i = 0; i < targets.size(); ++i) {
     Fragment item;
-    item.sql = quoted_name("u" + std::to_string(i));
+    item.sql = item_name(i);
     item.type = source.items[i].type;
     const std::string plain = item.sql;
     const Fragment assigned =

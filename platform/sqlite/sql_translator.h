@@ -46,6 +46,9 @@ struct TranslatedQuery {
   std::optional<Table> row_table;
 };
 
+// The name, quoted, under which a query hands out the item at the position: "u0", "u1", ...
+std::string item_name(std::size_t position);
+
 // A statement in the embedded database's SQL. What it changes counts as changed rows if counted.
 struct Command {
   std::string sql;

@@ -321,8 +321,8 @@ double round_decimal(double number, int places) {
   if (kept < 0) return 0;
   std::string significant = digits[0] + std::string(digits + 2, 14);
   const bool up = significant[static_cast<std::size_t>(kept)] >= '5';
-  const std::string whole = "0" + significant.substr(0, static_cast<std::size_t>(kept));
-  const std::int64_t mantissa = std::stoll(whole) + (up ? 1 : 0);
+  const std::string whole = significant.substr(0, static_cast<std::size_t>(kept));
+  const std::int64_t mantissa = (whole.empty() ? 0 : std::stoll(whole)) + (up ? 1 : 0);
   const std::string rounded = std::to_string(mantissa) + "e" + std::to_string(-places);
   return std::copysign(std::strtod(rounded.c_str(), nullptr), number);
 }

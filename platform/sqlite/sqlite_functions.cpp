@@ -120,7 +120,8 @@ void datediff(const Call& call) {
 void datepart(const Call& call) { call.give(part_of_date(call.part(0), call.date(1))); }
 
 void like(const Call& call) {
-  call.give(std::int64_t{matches_pattern(call.text(0), call.text(1), call.text(2)) ? 1 : 0});
+  call.give(std::int64_t{
+      matches_pattern(call.text(0), call.text(1), call.text(2), call.integer(3) != 0) ? 1 : 0});
 }
 void give_upper(const Call& call) { call.give(std::string_view(text::upper(call.text(0)))); }
 void give_lower(const Call& call) { call.give(std::string_view(lower(call.text(0)))); }
@@ -174,7 +175,7 @@ constexpr std::array<FunctionRow, 21> kFunctions = {{
     {"server_dateadd",      3, dateadd},
     {"server_datediff",     3, datediff},
     {"server_datepart",     2, datepart},
-    {"server_like",         3, like},
+    {"server_like",         4, like},
     {"server_upper",        1, give_upper},
     {"server_lower",        1, give_lower},
     {"server_substring",    3, substring},

@@ -18,7 +18,7 @@ struct FinalizeStatement {
 };
 using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-// "name" with its quotes doubled, and X'..' free: a name of the embedded database.
+// A name as the embedded database writes it.
 std::string quoted_name(const std::string& name);
 
 }  // namespace kestrova::sql

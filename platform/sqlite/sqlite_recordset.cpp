@@ -186,7 +186,8 @@ Value SqliteRecordset::value(std::string_view name) const { return value(positio
 Value SqliteRecordset::value(std::size_t position) const {
   column(position);
   check_current();
-  return rows_[current_].values[position];
+  const auto change = changes_.find(position);
+  return change == changes_.end() ? rows_[current_].values[position] : change->second.value;
 }
 
 FieldType SqliteRecordset::type(std::string_view name) const { return type(position_of(name)); }
@@ -224,8 +225,7 @@ void SqliteRecordset::set_value(std::string_view name, const Value& value) {
                         "HY092");
   }
   const Value stored = host_to_stored(value, changed.type);
-  rows_[current_].values[position] = stored_to_host(stored, changed.type);
-  changes_.emplace_back(position, stored);
+  changes_[position] = {stored, stored_to_host(stored, changed.type)};
 }
 
 void SqliteRecordset::update() {
@@ -236,22 +236,26 @@ void SqliteRecordset::update() {
   }
   if (changes_.empty()) return;
   session_->read_rest();
-  std::string sql = "UPDATE " + query_.query.row_table->sql_name() + " SET ";
-  for (std::size_t i = 0; i < changes_.size(); ++i) {
-    sql += (i > 0 ? ", " : "") + quoted_name(column(changes_[i].first).source_column) + " = ?";
+  std::string sql;
+  for (const auto& [position, change] : changes_) {
+    sql += sql.empty() ? "UPDATE " + query_.query.row_table->sql_name() + " SET " : ", ";
+    sql += quoted_name(column(position).source_column) + " = ?";
   }
   const StatementHandle statement = session_->prepare(sql + " WHERE _rowid_ = ?");
-  for (std::size_t i = 0; i < changes_.size(); ++i) {
-    bind(statement.get(), static_cast<int>(i + 1), changes_[i].second);
+  int parameter = 0;
+  for (const auto& [position, change] : changes_) {
+    bind(statement.get(), ++parameter, change.stored);
   }
-  sqlite3_bind_int64(statement.get(), static_cast<int>(changes_.size() + 1),
-                     rows_[current_].number);
+  sqlite3_bind_int64(statement.get(), ++parameter, rows_[current_].number);
   while (session_->step(statement.get())) {
   }
-  changes_.clear();
   if (session_->changed_rows() != 1) {
     throw DatabaseError("The row has been deleted in the meantime.", "HY000");
   }
+  for (const auto& [position, change] : changes_) {
+    rows_[current_].values[position] = change.value;
+  }
+  changes_.clear();
 }
 
 void SqliteRecordset::close() {

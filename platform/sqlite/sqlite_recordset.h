@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <exception>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,6 +40,12 @@ class SqliteRecordset final : public Recordset, private RowReader {
     std::int64_t number = 0;  // in the one table, if there is one
   };
 
+  // A new value of a column, as it is stored and as the host sees it.
+  struct Change {
+    Value stored;
+    Value value;
+  };
+
   void open_query();
   bool fetch();
   Row read_row();
@@ -63,7 +70,7 @@ class SqliteRecordset final : public Recordset, private RowReader {
   std::size_t current_ = 0;
   // Raised when the row that could not be read is reached.
   std::exception_ptr pending_error_;
-  std::vector<std::pair<std::size_t, Value>> changes_;
+  std::map<std::size_t, Change> changes_;  // of the current row, by position
 };
 
 }  // namespace kestrova::sql
