@@ -27,10 +27,17 @@ std::string padded(std::int64_t number, std::size_t digits) {
   return std::string(digits > text.size() ? digits - text.size() : 0, '0') + text;
 }
 
+std::string quoted(std::string_view opening, std::string_view content) {
+  std::string literal(opening);
+  literal += content;
+  literal += '\'';
+  return literal;
+}
+
 }  // namespace
 
 std::string sql_text(std::string_view text) {
-  return "N'" + text::replace_all(text, "'", "''") + "'";
+  return quoted("N'", text::replace_all(text, "'", "''"));
 }
 
 std::string sql_number(std::int64_t number) { return std::to_string(number); }
@@ -42,7 +49,7 @@ std::string sql_decimal(std::int64_t scaled, int digits) {
 }
 
 std::string sql_date(const DateTime& date) {
-  return "'" + padded(date.year, 4) + padded(date.month, 2) + padded(date.day, 2) + "'";
+  return quoted("'", padded(date.year, 4) + padded(date.month, 2) + padded(date.day, 2));
 }
 
 RowDice::RowDice(const TableDice& table, std::int64_t row)
