@@ -497,29 +497,32 @@ TEST(ForestCatalogue, HasThreeUsersOfDifferentAccessLevels) {
 // --- Fields read from SELEKTION
 
 struct Selectable {
-  std::string relation, join, expression, from, where;
-  std::string main, type_table, type_column;
+  std::string relation, join, expression, main;
+  std::string from, where;              // as the translator puts them together
+  std::string type_table, type_column;  // where its type is looked up
 };
 
 std::vector<Selectable> selectables() {
   std::vector<Selectable> result;
   for (const auto& row :
        rows(db(),
-            "SELECT RTRIM(PARAMETER), ISNULL(SQLSELECT,''), "
-            "ISNULL(SQLVALUE,TABLE_NAME + '.' + NAME_OF_FIELD), TABLE_NAME, "
-            "ISNULL(TABLE_NAME_II,''), ISNULL(TABLE_NAME_III,''), ISNULL(CONDITION,''), "
-            "ISNULL(CONDITIONII,''), NAME_OF_FIELD FROM SELEKTION")) {
-    Selectable field{row[0], row[1], row[2], row[3], "", row[3], row[3], row[8]};
-    if (field.join != "") {
-      field.from += ", " + row[4];
-      field.where = row[6];
-      field.type_table = row[4];
-      field.type_column = row[2].substr(row[2].find('.') + 1);
+            "SELECT RTRIM(PARAMETER), ISNULL(SQLSELECT,''), ISNULL(SQLVALUE,''), NAME_OF_FIELD, "
+            "TABLE_NAME, ISNULL(TABLE_NAME_II,''), ISNULL(TABLE_NAME_III,''), "
+            "ISNULL(CONDITION,''), ISNULL(CONDITIONII,'') FROM SELEKTION")) {
+    Selectable field;
+    field.relation = row[0];
+    field.join = row[1];
+    field.expression = row[2].empty() ? row[4] + "." + row[3] : row[2];
+    field.main = row[4];
+    field.type_table = field.join.empty() ? row[4] : row[5];
+    field.type_column = field.join.empty() ? row[3] : row[2].substr(row[2].find('.') + 1);
+    if (field.relation == "1VN" || field.relation == "WAREN") field.from = from_of("WAREN");
+    const std::size_t tables = field.join.empty() ? 1 : field.join == "INNER" ? 2 : 3;
+    for (std::size_t i = 0; i < tables; ++i) {
+      field.from = service().AddTable(field.from, row[4 + i], "");
     }
-    if (field.join == "TRIPLE") {
-      field.from += ", " + row[5];
-      field.where += " AND " + row[7];
-    }
+    if (tables > 1) field.where = row[7];
+    if (tables > 2) field.where += " AND " + row[8];
     result.push_back(field);
   }
   return result;
