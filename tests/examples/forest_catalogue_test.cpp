@@ -448,6 +448,27 @@ TEST(ForestCatalogue, HasRowsThatMeetAndRowsThatMissEveryFixedCondition) {
   EXPECT_GE(conditions, 75);
 }
 
+// A condition is only tried out when each of its parts lets rows pass and holds rows back.
+TEST(ForestCatalogue, HasRowsWithAndWithoutEveryValueThatConditionsTestForNull) {
+  struct Column {
+    std::string table, name;
+  };
+  for (const Column& column :
+       {Column{"BB_AUFTRAG", "STORNODATUM"}, Column{"BB_AUFTRAG_KOPF", "STORNODATUM"},
+        Column{"BB_HAB", "ABGANGSART_DATUM"}, Column{"BB_HAB", "ID_BB_FAKTURA_KOPF_ANGEBOT"},
+        Column{"BB_HAB", "ID_BB_FAKTURA_KOPF_RECHNUNG"}, Column{"BB_HAB", "ID_BB_T_ABGANGSART"},
+        Column{"BB_HAB", "MV_BEZUG"}, Column{"BB_HAB", "MV_SCHLUSSAUFNAHME"},
+        Column{"BB_HAB_KOPF", "STORNODATUM"}, Column{"BB_LEISTUNGS_KOPF", "STORNODATUM"},
+        Column{"BB_PLAN_KOPF", "STORNODATUM"}, Column{"BB_T_ABGANGSART", "UMSORTIERUNG"},
+        Column{"BB_T_AUFTRAGSSTATUS", "ID_BB_T_AUFTRAGSSTATUS_FROM_MAP"},
+        Column{"BB_T_AUFTRAGSSTATUS", "ID_BB_T_AUFTRAGSSTATUS_TO_MAP"},
+        Column{"FHP_IMPORT", "ERRORTEXT"}, Column{"FHP_IMPORT", "ID_FHP_IMPORT"},
+        Column{"LISTENKOPF", "GESPERRTLISTE"}, Column{"WARENKATALOG", "ID_FORMULA"}}) {
+    EXPECT_GT(count(column.table, column.name + " IS NULL"), 0) << column.table << column.name;
+    EXPECT_GT(count(column.table, column.name + " IS NOT NULL"), 0) << column.table << column.name;
+  }
+}
+
 TEST(ForestCatalogue, HasWorkOrdersOfOnePersonAmongOthers) {
   const std::string from = from_of("BBF");
   const std::int64_t met = count(from, "ARBEITSAUFTRAG_KOPF.PERSONAL_ID=17");
