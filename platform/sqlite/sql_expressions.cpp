@@ -535,11 +535,7 @@ std::string Translator::compare(Fragment left, const std::string& op, Fragment r
 }
 
 void Translator::bring_together(Fragment& left, Fragment& right, std::size_t offset) {
-  SqlType common = common_type(left.type, right.type);
-  if (left.type.is_text() != right.type.is_text() && common.is_decimal()) {
-    // A text is compared with a decimal by its own digits, not by the other's scale.
-    common = {TypeId::kFloat, 0, 0};
-  }
+  const SqlType common = common_type(left.type, right.type);
   left = convert(std::move(left), common, offset);
   right = convert(std::move(right), common, offset);
 }
@@ -577,7 +573,8 @@ Fragment Translator::convert_literal(const Fragment& from, const SqlType& to, st
     fail("Implicit conversion from data type varchar to varbinary is not allowed.", offset, 257);
   }
   SqlType target = to;
-  if (to.is_decimal() || to.type_class() == TypeClass::kFloat) target = {TypeId::kFloat, 0, 0};
+  // A text is compared with a decimal by its own digits, not by the other's scale.
+  if (to.is_decimal()) target = {TypeId::kFloat, 0, 0};
   const auto number = to.is_number() ? parse_number(*from.text_literal) : std::nullopt;
   if (to.is_number() && !number) throw_bad_number(*from.text_literal, to);
   result.sql = stored_literal(text_to_stored(*from.text_literal, target));

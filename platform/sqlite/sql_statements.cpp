@@ -19,7 +19,8 @@ Table new_table(const std::string& name) {
 // Column name, type and what the type demands of its values. Identity columns are left to the
 // embedded database, which numbers only columns that are declared exactly so.
 std::string typed_column(const std::string& name, const SqlType& type) {
-  std::string result = quoted_name(name) + " " + type.declaration();
+  // Quoted, because "(max)" is no size that the embedded database reads.
+  std::string result = quoted_name(name) + " " + quoted_name(type.declaration());
   if (type.is_text() || type.type_class() == TypeClass::kGuid) {
     result += " COLLATE " + std::string(kTextCollation);
   }

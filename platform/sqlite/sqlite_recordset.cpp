@@ -48,12 +48,7 @@ void SqliteRecordset::open_query() {
   query_ = session_->open(source_, updatable_);
   if (forward_only_) {
     session_->add_reader(*this);
-    try {
-      fetch();
-    } catch (...) {
-      stop_reading();
-      throw;
-    }
+    fetch();
   } else {
     while (fetch()) {
     }
@@ -63,12 +58,17 @@ void SqliteRecordset::open_query() {
 // Reads one row more; false when there is none.
 bool SqliteRecordset::fetch() {
   if (!query_.statement) return false;
-  if (!session_->step(query_)) {
+  try {
+    if (session_->step(query_.statement.get())) {
+      rows_.push_back(read_row());
+      return true;
+    }
+  } catch (const DatabaseError& error) {
     stop_reading();
-    return false;
+    throw in_statement(error, query_.name);
   }
-  rows_.push_back(read_row());
-  return true;
+  stop_reading();
+  return false;
 }
 
 SqliteRecordset::Row SqliteRecordset::read_row() {
@@ -119,7 +119,6 @@ void SqliteRecordset::read_rest() {
     }
   } catch (...) {
     pending_error_ = std::current_exception();
-    query_.statement.reset();
   }
 }
 
@@ -157,12 +156,7 @@ void SqliteRecordset::move_next() {
   rows_.pop_front();
   if (!rows_.empty()) return;
   if (pending_error_) std::rethrow_exception(std::exchange(pending_error_, nullptr));
-  try {
-    fetch();
-  } catch (...) {
-    stop_reading();
-    throw;
-  }
+  fetch();
 }
 
 void SqliteRecordset::find(std::string_view criterion) {

@@ -49,12 +49,16 @@ auto naming(const std::string& name, Function function) {
   try {
     return function();
   } catch (const DatabaseError& error) {
-    throw DatabaseError(std::string(error.what()) + " [" + name + "]", error.sqlstate(),
-                        error.native_code());
+    throw in_statement(error, name);
   }
 }
 
 }  // namespace
+
+DatabaseError in_statement(const DatabaseError& error, const std::string& name) {
+  return DatabaseError(std::string(error.what()) + " [" + name + "]", error.sqlstate(),
+                       error.native_code());
+}
 
 Session::Session(const std::string& file, int flags, std::function<DateTime()> clock)
     : schema_(nullptr), clock_(std::move(clock)) {
@@ -290,10 +294,6 @@ bool Session::step(sqlite3_stmt* statement) {
   if (failure) throw DatabaseError(*failure);
   if ((code & 0xFF) == SQLITE_CONSTRAINT) throw constraint_error(message);
   throw DatabaseError(message + ".", (code & 0xFF) == SQLITE_READONLY ? "25006" : "HY000", code);
-}
-
-bool Session::step(OpenedQuery& query) {
-  return naming(query.name, [&] { return step(query.statement.get()); });
 }
 
 std::int64_t Session::run(const std::string& sql) {

@@ -33,6 +33,9 @@ struct OpenedQuery {
   std::string name;  // how errors name it
 };
 
+// The error with the statement that it occurred in added to its message.
+DatabaseError in_statement(const DatabaseError& error, const std::string& name);
+
 class Session {
  public:
   Session(const std::string& file, int flags, std::function<DateTime()> clock);
@@ -46,8 +49,6 @@ class Session {
 
   // Steps a statement; false behind the last row. Raises DatabaseError.
   bool step(sqlite3_stmt* statement);
-  // The same for an opened query, with its name in the error.
-  bool step(OpenedQuery& query);
   StatementHandle prepare(const std::string& sql);
   // Runs one statement of the embedded database; returns the number of changed rows.
   std::int64_t run(const std::string& sql);
