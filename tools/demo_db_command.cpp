@@ -69,7 +69,7 @@ void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments
   check_target(arguments);
   const ForestOptions forest = forest_options(arguments);
   const HalfMadeFile half_made(arguments.file);
-  build_forest_database(*open_sqlite(half_made.path()), forest);
+  build_forest_database(*open_sqlite(half_made.path(), {.create = true}), forest);
   half_made.finish();
   if (options.json) {
     print_json(out, Json{{"file", arguments.file}, {"lots", forest.lots}, {"seed", forest.seed}});

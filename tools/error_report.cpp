@@ -6,19 +6,28 @@
 #include "tools/values.h"
 
 namespace kestrova::tool {
+namespace {
+
+std::string one_line(std::string_view message) { return fit_cell(message, SIZE_MAX); }
+
+// The database quotes the statement behind its message, which makes a long line of a short one.
+std::string_view without_statement(std::string_view message) {
+  return message.substr(0, message.find(" [statement "));
+}
+
+}  // namespace
 
 ErrorReport describe_error(std::exception_ptr error) {
-  const auto line = [](const std::exception& e) { return fit_cell(e.what(), SIZE_MAX); };
   try {
     std::rethrow_exception(error);
   } catch (const DatabaseError& e) {
-    return {kExitRefused, line(e), e.number(), e.sqlstate()};
+    return {kExitRefused, one_line(without_statement(e.what())), e.number(), e.sqlstate()};
   } catch (const Error& e) {
-    return {kExitRefused, line(e), e.number(), {}};
+    return {kExitRefused, one_line(e.what()), e.number(), {}};
   } catch (const UsageError& e) {
-    return {kExitWrongUsage, line(e), std::nullopt, {}};
+    return {kExitWrongUsage, one_line(e.what()), std::nullopt, {}};
   } catch (const std::exception& e) {
-    return {kExitUnexpected, line(e), std::nullopt, {}};
+    return {kExitUnexpected, one_line(e.what()), std::nullopt, {}};
   }
 }
 

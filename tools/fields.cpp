@@ -135,8 +135,10 @@ bool is_known_relation(const Session& session, std::string_view code) {
          session.single_value("SELECT COUNT(*)" + selektion_condition(code)).integer() > 0;
 }
 
-bool has_field(const Session& session, std::string_view code, std::int16_t id) {
-  if (IsCatalogueRelation(code)) return suite().table_access()->MapFieldId(code, id) != 0;
+bool has_field(const Session& session, std::string_view code, std::int64_t id) {
+  if (id < 1 || id > kLastFieldId) return false;
+  if (IsCatalogueRelation(code))
+    return suite().table_access()->MapFieldId(code, static_cast<std::int32_t>(id)) != 0;
   return session
              .single_value("SELECT COUNT(*)" + selektion_condition(code) +
                            " AND ID_SELEKTION = " + std::to_string(id))

@@ -45,7 +45,7 @@ bool is_known_relation(const Session& session, std::string_view code);
 bool is_known_relation(std::string_view code);
 
 // Whether an identifier is a field of the relation.
-bool has_field(const Session& session, std::string_view code, std::int16_t id);
+bool has_field(const Session& session, std::string_view code, std::int64_t id);
 
 // Raises InvalidArgument for a code that is not known.
 void require_known_relation(const Session& session, std::string_view code);

@@ -15,7 +15,8 @@
 namespace kestrova::tool {
 namespace {
 
-constexpr std::int32_t kMostRows = 1'000'000'000;
+constexpr std::int64_t kMostRows = 1'000'000'000;
+constexpr std::int64_t kMostLots = 10'000'000;
 
 using Command = std::function<void(const GlobalOptions&, std::ostream&)>;
 
@@ -44,9 +45,18 @@ struct CommandLine {
   void add_demo_db();
 };
 
+// One of a few words, which the type name shows.
+CLI::Validator one_of(std::vector<std::string> words) {
+  return CLI::IsMember(std::move(words)).description("");
+}
+
+CLI::Validator in_range(std::int64_t least, std::int64_t most) {
+  return CLI::Range(least, most).description("");
+}
+
 void add_mode_options(CLI::App& command, Filter& filter) {
   command.add_option("--mode", filter.mode, "Mode of a relation outside the catalogue")
-      ->check(CLI::IsMember({"WAREN", "4ARB"}))
+      ->check(one_of({"WAREN", "4ARB"}))
       ->type_name("WAREN|4ARB");
   command.add_option("--variant", filter.variant, "Variant tag of the selection")->type_name("TAG");
 }
@@ -63,7 +73,7 @@ void add_filter(CLI::App& command, Filter& filter) {
 
 void add_limit(CLI::App& command, std::int32_t& limit) {
   command.add_option("--limit", limit, "Show at most this many rows")
-      ->check(CLI::Range(0, kMostRows))
+      ->check(in_range(0, kMostRows))
       ->type_name("N")
       ->capture_default_str();
 }
@@ -98,16 +108,16 @@ CLI::App* CommandLine::add(const char* name, const char* description, const char
 void CommandLine::add_global_options() {
   app.add_option("--db", options.database, "File of the database")->type_name("FILE");
   app.add_option("--language", options.language, "Language of field names")
-      ->check(CLI::IsMember({"DE", "EN"}))
+      ->check(one_of({"DE", "EN"}))
       ->type_name("DE|EN")
       ->capture_default_str();
   app.add_option("--date-order", options.date_order, "How the user writes dates")
-      ->check(CLI::IsMember({"DMY", "MDY", "YMD", "YDM"}))
+      ->check(one_of({"DMY", "MDY", "YMD", "YDM"}))
       ->type_name("DMY|MDY|YMD|YDM")
       ->capture_default_str();
-  app.add_option("--or-line", options.or_line, "Text of the OR line in criteria strings")
-      ->type_name("TEXT")
-      ->capture_default_str();
+  app.add_option("--or-line", options.or_line,
+                 "Text of the OR line in criteria strings (\"=== ODER ===\")")
+      ->type_name("TEXT");
   app.add_option("--user-level", options.user_level,
                  "Access level of the user; 1 sees the records of all levels, any other its own")
       ->type_name("N")
@@ -188,7 +198,7 @@ void CommandLine::add_demo_db() {
           [this](const GlobalOptions& o, std::ostream& out) { make_demo_db(o, demo_db, out); });
   sub->add_option("FILE", demo_db.file, "The file to make")->required()->type_name("");
   sub->add_option("--lots", demo_db.lots, "Number of lots; the other tables grow with it")
-      ->check(CLI::Range(std::int64_t{1}, std::int64_t{10'000'000}))
+      ->check(in_range(1, kMostLots))
       ->type_name("N");
   sub->add_option("--seed", demo_db.seed, "Another seed makes other data")->type_name("N");
   sub->add_option("--today", demo_db.today, "Day around which all dates lie")

@@ -17,7 +17,9 @@ std::int32_t count_labour_rows(const Session& session) {
 
 void print_count(std::ostream& out, std::int32_t count, std::size_t shown) {
   out << (count == 1 ? "1 row" : std::to_string(count) + " rows");
-  if (shown < static_cast<std::size_t>(count)) out << ", the first " << shown << " shown";
+  if (shown < static_cast<std::size_t>(count)) {
+    out << (shown == 0 ? ", none shown" : ", the first " + std::to_string(shown) + " shown");
+  }
   out << '\n';
 }
 
@@ -34,6 +36,7 @@ void run_filter(const GlobalOptions& options, const RunArguments& arguments, std
     print_sql(out, select);
     print_criteria(out, session, criteria);
   }
+  prepare(session, arguments.filter, translation, columns);
   const ResultRows rows = read_rows(
       session, select_text(translation, "TOP " + std::to_string(arguments.limit) + " " + columns));
   const std::int32_t count = count_rows(session, translation);
@@ -48,13 +51,12 @@ void run_filter(const GlobalOptions& options, const RunArguments& arguments, std
     print_json(out, answer);
     return;
   }
-  out << "Rows\n";
+  out << "\nRows\n";
   print_rows(out, session.format, rows);
   out << '\n';
   print_count(out, count, rows.rows.size());
   if (translation.fills_labour_table) {
-    out << "#BB_LEISTUNGS_KOPF holds " << count_labour_rows(session)
-        << " records of the relation\n";
+    out << "Records in #BB_LEISTUNGS_KOPF: " << count_labour_rows(session) << '\n';
   }
 }
 

@@ -50,6 +50,20 @@ std::string_view scheme_of(std::string_view database) {
   return is_scheme ? scheme : std::string_view();
 }
 
+// Opens the file, read-only because showing what a filter selects must never change the suite's
+// data. The first look into it tells whether the suite lives there.
+std::shared_ptr<Connection> open_suite_file(const std::string& file) {
+  try {
+    std::shared_ptr<Connection> connection = open_sqlite(file, {.read_only = true});
+    connection->open("SELECT TOP 0 TABLE_KEY FROM SUITE_TABLE_KEYS", CursorType::kForwardOnly,
+                     LockType::kReadOnly);
+    return connection;
+  } catch (const DatabaseError& error) {
+    throw DatabaseError("'" + file + "' is no database of the suite, check --db: " + error.what(),
+                        error.sqlstate(), error.native_code());
+  }
+}
+
 std::shared_ptr<Connection> open_connection(const std::string& database) {
   if (database.empty()) {
     throw UsageError(
@@ -66,7 +80,7 @@ std::shared_ptr<Connection> open_connection(const std::string& database) {
                             "demo-db FILE'",
                         "08001");
   }
-  return open_sqlite(database);
+  return open_suite_file(database);
 }
 
 std::string access_level_list(std::int32_t user_level) {

@@ -57,6 +57,7 @@ class Layout {
   bool is_word(std::size_t i, std::string_view word) const {
     return i < pieces_.size() && pieces_[i].sql.is_word(word);
   }
+  bool has_several_conditions(std::size_t begin) const;
   bool follows_join_word(std::size_t i) const;
   void note_between(const SqlPiece& piece);
 
@@ -85,10 +86,22 @@ void Layout::read(std::string_view sql) {
     if (pieces_[i].sql.is_symbol(')') && !open.empty()) open.pop_back();
   }
   if (open.size() != 1 || open.front() == 0) return;
-  if (is_word(open.front() - 1, "WHERE") || is_word(open.front() - 1, "AND")) {
+  const bool is_condition = is_word(open.front() - 1, "WHERE") || is_word(open.front() - 1, "AND");
+  if (is_condition && has_several_conditions(open.front())) {
     criteria_begin_ = open.front();
     criteria_end_ = pieces_.size() - 1;
   }
+}
+
+// Whether the parentheses that begin at a piece and end the text hold an AND or OR of their own.
+bool Layout::has_several_conditions(std::size_t begin) const {
+  int depth = 0;
+  for (std::size_t i = begin; i < pieces_.size(); ++i) {
+    if (pieces_[i].sql.is_symbol('(')) ++depth;
+    if (pieces_[i].sql.is_symbol(')')) --depth;
+    if (depth == 1 && (is_word(i, "AND") || is_word(i, "OR"))) return true;
+  }
+  return false;
 }
 
 bool Layout::follows_join_word(std::size_t i) const {

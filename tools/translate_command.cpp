@@ -33,7 +33,7 @@ void translate_filter(const GlobalOptions& options, const TranslateArguments& ar
   } else {
     print(session, arguments, translation, out);
   }
-  prepare(session, translation, row_columns(session, translation));
+  prepare(session, arguments.filter, translation, row_columns(session, translation));
 }
 
 }  // namespace kestrova::tool

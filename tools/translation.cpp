@@ -11,6 +11,7 @@
 #include "tools/criteria_check.h"
 #include "tools/fields.h"
 #include "tools/sql_layout.h"
+#include "tools/sql_pieces.h"
 
 namespace kestrova::tool {
 namespace {
@@ -37,34 +38,45 @@ std::string field_part(const Session& session, const Filter& filter, std::string
                                        false);
 }
 
-// The first field of the filter that its relation does not have.
-std::optional<std::int16_t> unknown_field(const Session& session, const Filter& filter) {
+std::string field_hint(const Filter& filter) {
+  return ": 'kestrova-sel fields " + filter.code + "' lists the fields";
+}
+
+// What is wrong with the field that a record names, "" for nothing.
+std::string field_fault(const Session& session, const Filter& filter, std::string_view record) {
+  const std::string field = field_part(session, filter, record);
+  if (field.empty()) return "it needs a field, an operator and a value, as in \"12 = 5\"";
+  const std::optional<std::int64_t> id = text::to_integer(field);
+  if (!id) return "'" + field + "' is no field number" + field_hint(filter);
+  if (has_field(session, filter.code, *id)) return {};
+  return "the relation '" + filter.code + "' has no field " + field + field_hint(filter);
+}
+
+// Names the first criterion whose field the relation does not have.
+std::optional<std::string> faulty_criterion(const Session& session, const Filter& filter) {
+  std::size_t number = 0;
   for (const std::string_view record : records_of(filter)) {
+    ++number;
     if (record == session.context.strOderLine) continue;
-    const std::int16_t id = text::to_int16(field_part(session, filter, record));
-    if (!has_field(session, filter.code, id)) return id;
+    if (const std::string fault = field_fault(session, filter, record); !fault.empty()) {
+      return "criterion " + std::to_string(number) + " (" + std::string(record) + "): " + fault;
+    }
   }
   return std::nullopt;
 }
 
-std::string unknown_field_message(const Filter& filter, std::int16_t id) {
-  return "the relation '" + filter.code + "' has no field " + std::to_string(id) +
-         ": 'kestrova-sel fields " + filter.code + "' lists the fields";
-}
-
+// The library's answer. Its errors are kept, in words that name the criterion where one is at
+// fault.
 std::string library_text(const Session& session, const Filter& filter, std::string_view mode) {
-  const auto explained = [&](const auto& error) {
-    using LibraryError = std::decay_t<decltype(error)>;
-    const std::optional<std::int16_t> id = unknown_field(session, filter);
-    return id ? LibraryError(unknown_field_message(filter, *id)) : error;
-  };
   try {
     return Comm_Sel().D_SelectionFromStr(session.context, filter.code, mode, filter.criteria,
                                          filter.variant, session.context.lngAccessLevel);
-  } catch (const ItemNotFound& error) {
-    throw explained(error);
-  } catch (const NoCurrentRecord& error) {
-    throw explained(error);
+  } catch (const DatabaseError&) {
+    throw;
+  } catch (const Error& error) {
+    const std::optional<std::string> fault = faulty_criterion(session, filter);
+    if (!fault) throw;
+    throw Error(error.number(), *fault);
   }
 }
 
@@ -73,6 +85,44 @@ std::string readable_value(const Session& session, const Filter& filter, std::in
                            const std::string& value) {
   const std::int16_t type = Comm_Sel().Get_TypeOfFieldFromID(session.context, id, filter.code);
   return IsDateFieldType(type) ? session.format.show_date_literal(value) : value;
+}
+
+void open_without_rows(const Session& session, const Translation& translation,
+                       std::string_view columns) {
+  session.connection().open(select_text(translation, "TOP 0 " + std::string(columns)),
+                            CursorType::kForwardOnly, LockType::kReadOnly);
+}
+
+// Whether the database refuses the filter with these criteria alone.
+bool is_refused(const Session& session, Filter filter, std::string_view criteria) {
+  filter.criteria = criteria;
+  try {
+    open_without_rows(session, translate(session, filter), "*");
+    return false;
+  } catch (const DatabaseError&) {
+    return true;
+  }
+}
+
+// "criterion 2 (12 = x): " for the first criterion that the database refuses on its own. "" when it
+// takes each of them, or refuses the relation itself.
+std::string refused_criterion(const Session& session, const Filter& filter) {
+  if (IsCatalogueRelation(filter.code) && is_refused(session, filter, "")) return {};
+  std::size_t number = 0;
+  for (const std::string_view record : records_of(filter)) {
+    ++number;
+    if (record != session.context.strOderLine && is_refused(session, filter, record)) {
+      return "criterion " + std::to_string(number) + " (" + std::string(record) + "): ";
+    }
+  }
+  return {};
+}
+
+// Outside the catalogue only criteria bring tables along.
+DatabaseError no_tables(const DatabaseError& error, const Filter& filter) {
+  return {
+      "a filter of '" + filter.code + "' needs a criterion, since only criteria name its tables",
+      error.sqlstate(), error.native_code()};
 }
 
 }  // namespace
@@ -114,9 +164,15 @@ std::string select_text(const Translation& translation, std::string_view columns
   return "SELECT " + std::string(columns) + from_where;
 }
 
-void prepare(const Session& session, const Translation& translation, std::string_view columns) {
-  session.connection().open(select_text(translation, "TOP 0 " + std::string(columns)),
-                            CursorType::kForwardOnly, LockType::kReadOnly);
+void prepare(const Session& session, const Filter& filter, const Translation& translation,
+             std::string_view columns) {
+  try {
+    open_without_rows(session, translation, columns);
+  } catch (const DatabaseError& error) {
+    if (main_table(translation.from_where).empty()) throw no_tables(error, filter);
+    const std::string culprit = refused_criterion(session, filter);
+    throw DatabaseError(culprit + error.what(), error.sqlstate(), error.native_code());
+  }
 }
 
 std::vector<ReadableCriterion> readable_criteria(const Session& session, const Filter& filter) {
@@ -158,7 +214,6 @@ void print_criteria(std::ostream& out, const Session& session,
     if (!criterion.value.empty()) out << ' ' << criterion.value;
     out << '\n';
   }
-  out << '\n';
 }
 
 Json criteria_json(const std::vector<ReadableCriterion>& criteria) {

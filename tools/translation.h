@@ -29,8 +29,10 @@ std::string row_columns(const Session& session, const Translation& translation);
 // translation has filled it. It has no TOP clause.
 std::string select_text(const Translation& translation, std::string_view columns);
 
-// Lets the database read the module's SELECT without asking for rows. Raises DatabaseError.
-void prepare(const Session& session, const Translation& translation, std::string_view columns);
+// Lets the database read the module's SELECT without asking for rows. Raises DatabaseError, which
+// names the criterion at fault when it can be told.
+void prepare(const Session& session, const Filter& filter, const Translation& translation,
+             std::string_view columns);
 
 // One record of a criteria string as a user sees it.
 struct ReadableCriterion {

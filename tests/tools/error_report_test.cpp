@@ -65,6 +65,11 @@ TEST(ErrorReport, AnythingElseIsUnexpected) {
   EXPECT_EQ(report_of(std::runtime_error("out of luck")).exit_code, 3);
 }
 
+TEST(ErrorReport, LeavesTheQuotedStatementOut) {
+  EXPECT_EQ(report_of(DatabaseError("Invalid column name 'X'. [statement 1: SELECT X]")).message,
+            "Invalid column name 'X'.");
+}
+
 TEST(ErrorReport, StaysOnOneLine) {
   EXPECT_EQ(line_of(report_of(DatabaseError("first\r\nsecond"))),
             "kestrova-sel: error: first  second\n");

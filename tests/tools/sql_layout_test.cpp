@@ -27,11 +27,19 @@ TEST(SqlLayout, GivesEachCriterionALine) {
 }
 
 TEST(SqlLayout, CriteriaMayStandAlone) {
-  EXPECT_EQ(lay_out_sql(" FROM LOGS WHERE (X = 'a')"),
+  EXPECT_EQ(lay_out_sql(" FROM LOGS WHERE (X = 'a' OR Y = 1)"),
             "FROM LOGS\n"
             "WHERE (\n"
             "    X = 'a'\n"
+            "    OR Y = 1\n"
             "  )");
+}
+
+TEST(SqlLayout, OneCriterionNeedsNoLineOfItsOwn) {
+  EXPECT_EQ(lay_out_sql(" FROM LOGS WHERE A = 1 AND (NOT(X IS NULL OR X = ''))"),
+            "FROM LOGS\n"
+            "WHERE A = 1\n"
+            "  AND (NOT(X IS NULL OR X = ''))");
 }
 
 TEST(SqlLayout, KeepsOtherParenthesesInOnePiece) {
