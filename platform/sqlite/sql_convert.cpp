@@ -211,6 +211,12 @@ DateTime days_to_date(double days) {
   }
 }
 
+DatabaseError missing_value(const std::string& column) {
+  return DatabaseError(
+      "Cannot insert the value NULL into column '" + column + "'; column does not allow nulls.",
+      "23000", 515);
+}
+
 Value host_to_stored(const Value& value, const SqlType& type) {
   if (value.is_null()) return value;
   if (const auto* text = value.get_if<std::string>()) return text_to_stored(*text, type);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/error.h"
 #include "platform/sqlite/sql_types.h"
 #include "platform/value.h"
 
@@ -25,6 +26,9 @@ std::string stored_to_text(const Value& stored, const SqlType& type, int style =
 // Days since 1900-01-01, the server's day zero.
 double date_to_days(const DateTime& date);
 DateTime days_to_date(double days);
+
+// The error of a NULL for a column ("TABLE.COLUMN") that takes none.
+DatabaseError missing_value(const std::string& column);
 
 // The stored form of any value as a value of the type: what a host passes for a column.
 Value host_to_stored(const Value& value, const SqlType& type);

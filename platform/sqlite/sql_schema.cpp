@@ -104,8 +104,19 @@ void Schema::load_names() {
   names_loaded_ = true;
 }
 
+// Whether the embedded database numbers the table's rows, as the server does an identity column's.
+bool Schema::is_numbered(const std::string& database, const std::string& name) {
+  const auto query = prepare(
+      database_, "SELECT COUNT(*) FROM " + database +
+                     ".sqlite_schema WHERE type = 'table' AND name = " + quoted(name, '\'') +
+                     " AND sql LIKE '%\" INTEGER PRIMARY KEY AUTOINCREMENT%'");
+  step(database_, query.get());
+  return sqlite3_column_int(query.get(), 0) != 0;
+}
+
 Table Schema::load(const std::string& database, const std::string& name) {
   Table table{database, name, {}};
+  const bool numbered = is_numbered(database, name);
   const auto query =
       prepare(database_, "PRAGMA " + database + ".table_info(" + quoted_name(name) + ")");
   while (step(database_, query.get())) {
@@ -120,7 +131,9 @@ Table Schema::load(const std::string& database, const std::string& name) {
     }
     column.type = *type;
     column.not_null = sqlite3_column_int(query.get(), 3) != 0;
-    column.identity = declaration == "INTEGER" && sqlite3_column_int(query.get(), 5) != 0;
+    if (declaration == "INTEGER" && sqlite3_column_int(query.get(), 5) != 0) {
+      (numbered ? column.identity : column.row_key) = true;
+    }
     table.columns.push_back(column);
   }
   return table;

@@ -16,6 +16,8 @@ struct Column {
   SqlType type;
   bool identity = false;
   bool not_null = false;
+  // Primary key of whole numbers that is the embedded database's own row number.
+  bool row_key = false;
 };
 
 struct Table {
@@ -47,6 +49,7 @@ class Schema {
 
  private:
   void load_names();
+  bool is_numbered(const std::string& database, const std::string& name);
   Table load(const std::string& database, const std::string& name);
 
   sqlite3* database_;

@@ -11,6 +11,9 @@
 namespace kestrova::sql {
 namespace {
 
+// What makes the embedded database number the rows.
+constexpr const char* kNumberedByDatabase = " AUTOINCREMENT";
+
 // New tables named #name live with the connection.
 Table new_table(const std::string& name) {
   return {name.starts_with('#') ? "temp" : "main", name, {}};
@@ -31,8 +34,8 @@ std::string typed_column(const std::string& name, const SqlType& type) {
   return result;
 }
 
-std::string column_list(const std::vector<std::pair<TableName, bool>>& columns, const Table& table,
-                        bool with_order) {
+std::string column_list(const std::vector<std::pair<TableName, bool>>& columns,
+                        const Table& table) {
   std::string result;
   for (const auto& [name, descending] : columns) {
     const std::size_t position = table.find(name.name);
@@ -42,7 +45,7 @@ std::string column_list(const std::vector<std::pair<TableName, bool>>& columns, 
     }
     if (!result.empty()) result += ", ";
     result += quoted_name(table.columns[position].name);
-    if (with_order && descending) result += " DESC";
+    if (descending) result += " DESC";
   }
   return result;
 }
@@ -100,7 +103,21 @@ std::vector<std::size_t> Translator::insert_targets(const InsertStatement& state
     }
     targets.push_back(position);
   }
+  for (std::size_t i = 0; i < target.columns.size(); ++i) {
+    const bool given = std::find(targets.begin(), targets.end(), i) != targets.end();
+    if (target.columns[i].row_key && !given)
+      throw missing_value(target.name + "." + target.columns[i].name);
+  }
   return targets;
+}
+
+// The embedded database would number the row itself where the server refuses a missing key.
+std::string Translator::stored_in(Fragment from, const Table& target, const Column& column,
+                                  std::size_t offset) {
+  const Fragment assigned = assign(std::move(from), column.type, offset);
+  if (!column.row_key || assigned.number_literal) return assigned.sql;
+  return "ifnull(" + assigned.sql + ", server_missing_key(" +
+         stored_literal(target.name + "." + column.name) + "))";
 }
 
 std::vector<Command> Translator::insert(const InsertStatement& statement) {
@@ -130,10 +147,10 @@ std::vector<Command> Translator::insert(const InsertStatement& statement) {
     item.sql = item_name(i);
     item.type = source.items[i].type;
     const std::string plain = item.sql;
-    const Fragment assigned =
-        assign(std::move(item), target.columns[targets[i]].type, statement.query->offset);
-    needed = needed || assigned.sql != plain;
-    converted += (i > 0 ? ", " : "") + assigned.sql;
+    const std::string stored =
+        stored_in(std::move(item), target, target.columns[targets[i]], statement.query->offset);
+    needed = needed || stored != plain;
+    converted += (i > 0 ? ", " : "") + stored;
   }
   sql += needed ? "SELECT " + converted + " FROM (" + source.sql + ")" : source.sql;
   return {{std::move(sql), true}};
@@ -151,9 +168,8 @@ std::string Translator::values_row(const InsertStatement& statement,
   std::string sql = "(";
   for (std::size_t i = 0; i < row.size(); ++i) {
     if (!row[i]) fail("DEFAULT as a value is not supported.", statement.table.offset, 156);
-    const Fragment assigned =
-        assign(value(*row[i]), target.columns[targets[i]].type, row[i]->offset);
-    sql += (i > 0 ? ", " : "") + assigned.sql;
+    sql += (i > 0 ? ", " : "") +
+           stored_in(value(*row[i]), target, target.columns[targets[i]], row[i]->offset);
   }
   return sql + ")";
 }
@@ -203,25 +219,48 @@ std::vector<Command> Translator::delete_(const DeleteStatement& statement) {
   return {{std::move(sql), true}};
 }
 
-std::string Translator::column_definition(const ColumnDefinition& column) {
-  if (column.identity) {
-    if (column.type.id != TypeId::kInt) {
-      fail("IDENTITY on another type than int is not supported.", column.name.offset, 2749);
-    }
-    return quoted_name(column.name.name) + " INTEGER PRIMARY KEY AUTOINCREMENT";
-  }
+std::string Translator::column_definition(const ColumnDefinition& column, bool not_null) {
   std::string result = typed_column(column.name.name, column.type);
-  if (column.not_null || column.primary_key) result += " NOT NULL";
+  if (column.not_null || not_null) result += " NOT NULL";
   if (column.unique) result += " UNIQUE";
   if (column.default_value) {
     Scope scope;
     const ScopeGuard guard(scope_, scope);
     const Expr& expr = *column.default_value;
-    const bool is_now = expr.kind == ExprKind::kFunction && expr.text == "GETDATE";
-    Fragment written =
-        is_now ? Fragment{"server_now()", {TypeId::kDateTime, 0, 0}, false, {}, false, {}}
-               : value(expr);
+    Fragment written;
+    if (expr.kind == ExprKind::kFunction && expr.text == "GETDATE") {
+      written.sql = "server_now()";
+      written.type = {TypeId::kDateTime, 0, 0};
+    } else {
+      written = value(expr);
+    }
     result += " DEFAULT (" + assign(std::move(written), column.type, expr.offset).sql + ")";
+  }
+  return result;
+}
+
+Table Translator::described_table(const CreateTableStatement& statement) {
+  Table result = new_table(statement.table.name);
+  for (const ColumnDefinition& column : statement.columns) {
+    if (result.find(column.name.name) < result.columns.size()) {
+      throw DatabaseError("Column names in each table must be unique. Column name '" +
+                              column.name.name + "' in table '" + result.name +
+                              "' is specified more than once.",
+                          "42S21", 2705);
+    }
+    if (column.identity && result.has_identity()) {
+      throw DatabaseError("Multiple identity columns specified for table '" + result.name +
+                              "'. Only one identity column per table is allowed.",
+                          "42000", 2744);
+    }
+    if (column.identity && column.type.id != TypeId::kInt) {
+      fail("IDENTITY on another type than int is not supported.", column.name.offset, 2749);
+    }
+    result.columns.push_back(
+        {column.name.name, column.type, column.identity, column.not_null, false});
+  }
+  if (result.columns.empty()) {
+    fail("The table '" + result.name + "' has no column.", statement.table.offset, 102);
   }
   return result;
 }
@@ -232,58 +271,61 @@ std::vector<Command> Translator::create_table(const CreateTableStatement& statem
         "There is already an object named '" + statement.table.name + "' in the database.", "42S01",
         2714);
   }
-  Table created = new_table(statement.table.name);
-  std::string columns;
-  std::string identity;
-  std::size_t primary_keys = 0;
-  std::string primary_column;
-  for (const ColumnDefinition& column : statement.columns) {
-    if (created.find(column.name.name) < created.columns.size()) {
-      throw DatabaseError("Column names in each table must be unique. Column name '" +
-                              column.name.name + "' in table '" + statement.table.name +
-                              "' is specified more than once.",
-                          "42S21", 2705);
+  Table created = described_table(statement);
+  // The keys as lists of column positions; the primary one first.
+  std::vector<std::vector<std::size_t>> keys;
+  std::vector<std::size_t> primary;
+  const auto add_key = [&](bool is_primary, std::vector<std::size_t> key) {
+    if (!is_primary) return keys.push_back(std::move(key));
+    if (!primary.empty()) {
+      throw DatabaseError(
+          "Cannot add multiple PRIMARY KEY constraints to table '" + created.name + "'.", "42000",
+          8110);
     }
-    if (column.identity && !identity.empty()) {
-      throw DatabaseError("Multiple identity columns specified for table '" + statement.table.name +
-                              "'. Only one identity column per table is allowed.",
-                          "42000", 2744);
-    }
-    if (!columns.empty()) columns += ", ";
-    columns += column_definition(column);
-    if (column.identity) identity = column.name.name;
-    if (column.primary_key) {
-      ++primary_keys;
-      primary_column = column.name.name;
-    }
-    created.columns.push_back({column.name.name, column.type, column.identity, column.not_null});
-  }
-  if (created.columns.empty()) {
-    fail("The table '" + statement.table.name + "' has no column.", statement.table.offset, 102);
-  }
-  if (primary_keys == 1 && primary_column != identity) {
-    columns += ", " + std::string(identity.empty() ? "PRIMARY KEY (" : "UNIQUE (") +
-               quoted_name(primary_column) + ")";
+    primary = std::move(key);
+  };
+  for (std::size_t i = 0; i < statement.columns.size(); ++i) {
+    if (statement.columns[i].primary_key) add_key(true, {i});
   }
   for (const KeyDefinition& key : statement.keys) {
-    if (key.primary) ++primary_keys;
-    const std::string list = column_list(key.columns, created, false);
-    // An identity column is the embedded database's own key already.
-    if (!identity.empty() && list == quoted_name(identity)) continue;
-    columns += ", " + std::string(key.primary && identity.empty() ? "PRIMARY KEY (" : "UNIQUE (") +
-               list + ")";
-    if (!key.primary) continue;
+    std::vector<std::size_t> positions;
     for (const auto& [name, descending] : key.columns) {
-      columns += ", CONSTRAINT " + quoted_name("key column " + name.name) + " CHECK (" +
-                 quoted_name(created.columns[created.find(name.name)].name) + " IS NOT NULL)";
+      positions.push_back(column_position(created, name));
     }
+    add_key(key.primary, std::move(positions));
   }
-  if (primary_keys > 1) {
-    throw DatabaseError(
-        "Cannot add multiple PRIMARY KEY constraints to table '" + statement.table.name + "'.",
-        "42000", 8110);
+  if (!primary.empty()) keys.insert(keys.begin(), primary);
+
+  // The identity column or a plain whole-number key is the embedded database's own row number: it
+  // needs no index beside the table.
+  std::size_t row_key = created.columns.size();
+  for (std::size_t i = 0; i < created.columns.size(); ++i) {
+    if (created.columns[i].identity) row_key = i;
   }
-  return {{"CREATE TABLE " + created.sql_name() + " (" + columns + ")", false}};
+  if (!created.has_identity() && primary.size() == 1 &&
+      created.columns[primary[0]].type.id == TypeId::kInt &&
+      !statement.columns[primary[0]].default_value) {
+    row_key = primary[0];
+  }
+  std::string definitions;
+  for (std::size_t i = 0; i < created.columns.size(); ++i) {
+    if (i > 0) definitions += ", ";
+    const bool in_primary = std::find(primary.begin(), primary.end(), i) != primary.end();
+    definitions += i != row_key ? column_definition(statement.columns[i], in_primary)
+                                : quoted_name(created.columns[i].name) + " INTEGER PRIMARY KEY" +
+                                      (created.columns[i].identity ? kNumberedByDatabase : "");
+  }
+  bool may_be_primary = row_key == created.columns.size();
+  for (const std::vector<std::size_t>& key : keys) {
+    if (key == std::vector<std::size_t>{row_key}) continue;
+    definitions += may_be_primary && key == primary ? ", PRIMARY KEY (" : ", UNIQUE (";
+    may_be_primary = may_be_primary && key != primary;
+    for (std::size_t i = 0; i < key.size(); ++i) {
+      definitions += (i > 0 ? ", " : "") + quoted_name(created.columns[key[i]].name);
+    }
+    definitions += ")";
+  }
+  return {{"CREATE TABLE " + created.sql_name() + " (" + definitions + ")", false}};
 }
 
 std::vector<Command> Translator::create_index(const CreateIndexStatement& statement) {
@@ -296,8 +338,8 @@ std::vector<Command> Translator::create_index(const CreateIndexStatement& statem
   }
   return {{std::string(statement.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") +
                target.database + "." + quoted_name(index_name(target, statement.index.name)) +
-               " ON " + quoted_name(target.name) + " (" +
-               column_list(statement.columns, target, true) + ")",
+               " ON " + quoted_name(target.name) + " (" + column_list(statement.columns, target) +
+               ")",
            false}};
 }
 

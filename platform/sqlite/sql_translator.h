@@ -210,7 +210,10 @@ class Translator {
   std::vector<std::size_t> insert_targets(const InsertStatement& statement, const Table& table);
   std::size_t column_position(const Table& table, const TableName& name);
   std::string table_scope(Scope& scope, const TableName& name);
-  std::string column_definition(const ColumnDefinition& column);
+  std::string column_definition(const ColumnDefinition& column, bool not_null);
+  Table described_table(const CreateTableStatement& statement);
+  std::string stored_in(Fragment from, const Table& target, const Column& column,
+                        std::size_t offset);
 
   // Throw DatabaseError with the position added.
   [[noreturn]] void fail(const std::string& message, std::size_t offset, int native_code,

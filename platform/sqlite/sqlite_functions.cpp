@@ -99,6 +99,7 @@ void give_single(const Call& call) {
   }
   call.give_argument(1);
 }
+void give_missing_key(const Call& call) { throw missing_value(std::string(call.text(0))); }
 void give_now(const Call& call) {
   call.give(std::string_view(format_stored_date(call.state().now)));
 }
@@ -161,7 +162,8 @@ struct FunctionRow {
 };
 
 // clang-format off
-constexpr std::array<FunctionRow, 21> kFunctions = {{
+constexpr std::array<FunctionRow, 22> kFunctions = {{
+    {"server_missing_key", 1, give_missing_key},
     {"server_from_text",    4, from_text},
     {"server_to_text",      5, to_text},
     {"server_fit",          4, fit},

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/error.h"
+#include "platform/sqlite/sql_convert.h"
 #include "platform/sqlite/sql_parser.h"
 #include "platform/text.h"
 
@@ -17,12 +18,7 @@ struct Overloaded : Functions... {
 // How the embedded database's refusals are told.
 DatabaseError constraint_error(const std::string& message) {
   const std::string detail = message.substr(message.find(": ") + 2);
-  if (message.starts_with("NOT NULL") || detail.starts_with("key column ")) {
-    return DatabaseError("Cannot insert the value NULL into column '" +
-                             detail.substr(detail.starts_with("key column ") ? 11 : 0) +
-                             "'; column does not allow nulls.",
-                         "23000", 515);
-  }
+  if (message.starts_with("NOT NULL")) return missing_value(detail);
   if (detail.starts_with("length of ")) {
     return DatabaseError(
         "String or binary data would be truncated in column '" + detail.substr(10) + "'.", "22001",
