@@ -17,7 +17,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/combo_port.h"
 #include "platform/kes_var.h"
+#include "platform/value.h"
 
 namespace kestrova {
 
@@ -63,8 +65,9 @@ class Comm_Sel {
 
   // --- Fields by identifier, with a query of their own on dbado_dll ----------------------------
 
-  // As above, with "" for NULL. An identifier without row raises NoCurrentRecord, an absent
-  // connection ObjectNotSet.
+  // As above, with "" for NULL (but a field without SQLVALUE, TABLE_NAME or NAME_OF_FIELD raises
+  // InvalidUseOfNull). An identifier without row raises NoCurrentRecord, an absent connection
+  // ObjectNotSet.
   std::string Get_SQLSelectFromID(std::int16_t id_selektion,
                                   const std::shared_ptr<Connection>& dbado_dll) const;
   std::string Get_TableNameFromID(std::int16_t id_selektion, std::string_view TabType,
@@ -121,6 +124,21 @@ class Comm_Sel {
                                  std::string_view strParameter, std::string_view strChar,
                                  std::string_view StrVer_Type, std::int32_t ID_Access_Levels) const;
 
+  // The FROM/WHERE text of a saved model: its criteria string is looked up in MODELS by name and
+  // model relation and translated as above, with the model relation as mode. A name that is not
+  // found, or empty, gives the base FROM/WHERE. The name goes into the query as it stands: one with
+  // an apostrophe raises DatabaseError.
+  std::string D_Selection(const KesVar& KesVar, std::string_view Parameter,
+                          std::string_view strModule_Name, std::string_view StrVer_Type_dll,
+                          const std::int32_t& ID_Access_Levels) const;
+
+  // A criteria string as text for people, one criterion per line (CR LF between lines): the field's
+  // ID_STRING, operator and value; " ODER " for an OR line. Dates come in the fixed form
+  // 'dd.mm.yyyy'. Text behind the last ";" is left out. Raises NoCurrentRecord for a field that
+  // SELEKTION does not hold.
+  std::string ConditionSelStr(const KesVar& KesVar, std::string_view Parameter,
+                              std::string_view strSubset) const;
+
   // Turns strFromWhere, the text behind the column list of a SELECT, into the temporary table of
   // the kind Parameter on the connection of the context; an earlier table of that kind is replaced.
   // An unknown kind does nothing. Returns the batch for "LEISTUNGS_BB" when the context has no
@@ -128,6 +146,31 @@ class Comm_Sel {
   // raises; that an earlier table could not be dropped does not.
   std::string CreateTemporyTable(const KesVar& KesVar, std::string_view Parameter,
                                  std::string_view strFromWhere) const;
+
+  // --- Values and pick lists
+  // ------------------------------------------------------------------------
+
+  // A stored value of the field val as the host shows it. Two fields hold flags for units:
+  // "RINDEPROZENT" gives "'cm'" or "'%'", "DM/EURO" the national currency or "EURO" (True or False;
+  // NULL is False). Any other value comes as text by the user's locale. Nick True also moves the
+  // row set to the field with the nickname val. "" for an empty val. Raises TypeMismatch for a unit
+  // value that is no boolean, InvalidUseOfNull for NULL in any other field.
+  std::string Get_Value_Sel(std::string_view val, bool Nick, const Value& value,
+                            Recordset* tmpSelektion, std::string_view strNatWahrung_dll) const;
+
+  // The value val, which the user picked for the field with the nickname cboValue_dll, as SQL:
+  // texts and dates between apostrophes (inner ones are not doubled), numbers as they stand. "" for
+  // a nickname that dbSelektion_dll does not hold. For a catalogue or restricted relation the type
+  // is that of the field selected in the editor; the entry "Null" at the top of its value list
+  // stays unquoted.
+  std::string ApcboValue(const KesVar& KesVar, std::string_view val, std::string_view cboValue_dll,
+                         Recordset* dbSelektion_dll, std::string_view Parameter) const;
+
+  // Fills a list with the models of a relation that the user may see, by name, with MODELS.ID as
+  // item data, behind one empty entry with 0. SetStandardModel also selects the user's standard
+  // model; without one the selection stays.
+  void Fill_ComboModel(const KesVar& KesVar, ComboPort& tmpCombo, std::string_view strParameter,
+                       bool SetStandardModel) const;
 };
 
 }  // namespace kestrova

@@ -100,26 +100,6 @@ bool is_true_word(std::string_view word) {
   return std::find(kTrueWords.begin(), kTrueWords.end(), text::upper(word)) != kTrueWords.end();
 }
 
-// Fields whose values are not written as they are shown.
-enum class SpecialField { kNone, kBarkUnit, kMoneyUnit, kWord };
-
-SpecialField special_field(std::string_view field) {
-  struct Row {
-    std::string_view name;
-    SpecialField kind;
-  };
-  constexpr std::array<Row, 4> kRows = {{
-      {"RINDEPROZENT", SpecialField::kBarkUnit},
-      {"DM/EURO", SpecialField::kMoneyUnit},
-      {"ABGESCHLOSEN", SpecialField::kWord},
-      {"STATUS", SpecialField::kWord},
-  }};
-  const std::string name = text::upper(field);
-  const auto row =
-      std::find_if(kRows.begin(), kRows.end(), [&name](const Row& r) { return r.name == name; });
-  return row == kRows.end() ? SpecialField::kNone : row->kind;
-}
-
 std::string value_of_field(const KesVar& context, std::string_view field, std::string_view value,
                            std::int16_t type, const RecordForm& form) {
   const bool is_shown_boolean =
@@ -144,6 +124,23 @@ std::string value_of_field(const KesVar& context, std::string_view field, std::s
 }
 
 }  // namespace
+
+SpecialField special_field(std::string_view field) {
+  struct Row {
+    std::string_view name;
+    SpecialField kind;
+  };
+  constexpr std::array<Row, 4> kRows = {{
+      {"RINDEPROZENT", SpecialField::kBarkUnit},
+      {"DM/EURO", SpecialField::kMoneyUnit},
+      {"ABGESCHLOSEN", SpecialField::kWord},
+      {"STATUS", SpecialField::kWord},
+  }};
+  const std::string name = text::upper(field);
+  const auto row =
+      std::find_if(kRows.begin(), kRows.end(), [&name](const Row& r) { return r.name == name; });
+  return row == kRows.end() ? SpecialField::kNone : row->kind;
+}
 
 RecordParts split_record(std::string_view record) {
   const std::optional<OperatorSpan> span = find_operator(record);

@@ -34,6 +34,17 @@ std::string operator_part(const KesVar& context, const Relation& relation, std::
 std::string value_part(const KesVar& context, const Relation& relation, std::string_view record,
                        RecordForm form);
 
+// Fields whose values are not written as they are shown.
+enum class SpecialField {
+  kNone,
+  kBarkUnit,   // centimetres or percent, kept as 1 or 0
+  kMoneyUnit,  // the national currency or euro, kept as a flag
+  kWord,       // the localised word for a boolean
+};
+
+// By the field's name in either case, without surrounding blanks.
+SpecialField special_field(std::string_view field);
+
 // Whether a value part stands for NULL: the word, in any case, with or without blanks around it.
 bool is_null_word(std::string_view value);
 

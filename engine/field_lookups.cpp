@@ -64,15 +64,6 @@ std::string field_expression(const Recordset& row) {
   return trimmed(row.value("TABLE_NAME")) + "." + trimmed(row.value("NAME_OF_FIELD"));
 }
 
-// Moves the row set to the field with that name; false, at its end, when there is none.
-bool find_field(std::string_view val, bool nick, Recordset* selektion) {
-  if (val.empty()) return false;
-  Recordset& rows = row_set(selektion);
-  rows.move_first();
-  rows.find((nick ? "NICKNAME_OF_FIELD = '" : "NAME_OF_FIELD = '") + std::string(val) + "'");
-  return !rows.eof();
-}
-
 std::string upper_column(std::string_view val, bool nick, Recordset* selektion,
                          std::string_view column) {
   return find_field(val, nick, selektion) ? upper_trimmed(selektion->value(column)) : std::string();
@@ -91,6 +82,14 @@ std::unique_ptr<Recordset> field_row(std::int16_t id, std::string_view columns,
 }
 
 }  // namespace
+
+bool find_field(std::string_view val, bool nick, Recordset* selektion) {
+  if (val.empty()) return false;
+  Recordset& rows = row_set(selektion);
+  rows.move_first();
+  rows.find((nick ? "NICKNAME_OF_FIELD = '" : "NAME_OF_FIELD = '") + std::string(val) + "'");
+  return !rows.eof();
+}
 
 std::string Comm_Sel::Get_SQLSelect(std::string_view val, bool Nick,
                                     Recordset* tmpSelektion) const {

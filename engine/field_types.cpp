@@ -48,21 +48,6 @@ std::int16_t type_by_expression(const KesVar& context, const Relation& relation,
   return code(open_empty(context, expression, from)->type(std::size_t{0}));
 }
 
-// The column that a SELEKTION row stands for.
-struct FieldColumn {
-  std::string table;
-  std::string column;
-};
-
-FieldColumn column_of_row(const Recordset& row) {
-  const std::string join = text::upper(text::trim(row.value("SQLSELECT").text_or_empty()));
-  if (join != "INNER" && join != "TRIPLE") {
-    return {row.value("TABLE_NAME").text(), row.value("NAME_OF_FIELD").text()};
-  }
-  const std::string expression = row.value("SQLVALUE").text();
-  return {row.value("TABLE_NAME_II").text(), std::string(behind_first_point(expression))};
-}
-
 std::int16_t type_of_column(const KesVar& context, const FieldColumn& field) {
   return code(open_empty(context, field.column, field.table)->type(field.column));
 }
@@ -77,6 +62,15 @@ FieldColumn column_by_query(const KesVar& context, std::int16_t id) {
 }
 
 }  // namespace
+
+FieldColumn column_of_row(const Recordset& row) {
+  const std::string join = text::upper(text::trim(row.value("SQLSELECT").text_or_empty()));
+  if (join != "INNER" && join != "TRIPLE") {
+    return {row.value("TABLE_NAME").text(), row.value("NAME_OF_FIELD").text()};
+  }
+  const std::string expression = row.value("SQLVALUE").text();
+  return {row.value("TABLE_NAME_II").text(), std::string(behind_first_point(expression))};
+}
 
 std::string_view behind_first_point(std::string_view s) {
   const std::size_t point = s.find('.');

@@ -13,6 +13,9 @@ class SelectionForm {
   // The list of selectable fields: display name, and the field's identifier as item data.
   virtual const ComboBox& cboField() const = 0;
 
+  // The list of values of the selected field.
+  virtual const ComboBox& cboValue() const = 0;
+
  protected:
   SelectionForm() = default;
 };

@@ -1,5 +1,7 @@
 #include "platform/value.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -81,6 +83,26 @@ struct IntegerOf {
   std::int32_t operator()(const Bytes&) const { throw TypeMismatch("Bytes are no number."); }
 };
 
+bool read_boolean(const std::string& spelled) {
+  constexpr std::array<std::string_view, 3> kTrue = {"TRUE", "WAHR", "VRAI"};
+  constexpr std::array<std::string_view, 3> kFalse = {"FALSE", "FALSCH", "FAUX"};
+  const std::string word = text::upper(text::trim(spelled));
+  if (std::find(kTrue.begin(), kTrue.end(), word) != kTrue.end()) return true;
+  if (std::find(kFalse.begin(), kFalse.end(), word) != kFalse.end()) return false;
+  return parse_number(spelled) != 0;
+}
+
+struct BooleanOf {
+  bool operator()(std::monostate) const { throw InvalidUseOfNull("A NULL is no boolean."); }
+  bool operator()(bool value) const { return value; }
+  bool operator()(std::int64_t value) const { return value != 0; }
+  bool operator()(double value) const { return value != 0; }
+  bool operator()(const Decimal& value) const { return parse_number(value.digits) != 0; }
+  bool operator()(const DateTime&) const { throw TypeMismatch("A date is no boolean."); }
+  bool operator()(const std::string& value) const { return read_boolean(value); }
+  bool operator()(const Bytes&) const { throw TypeMismatch("Bytes are no boolean."); }
+};
+
 }  // namespace
 
 std::string Value::text() const { return std::visit(TextOf{}, data_); }
@@ -88,5 +110,7 @@ std::string Value::text() const { return std::visit(TextOf{}, data_); }
 std::string Value::text_or_empty() const { return is_null() ? std::string() : text(); }
 
 std::int32_t Value::integer() const { return std::visit(IntegerOf{}, data_); }
+
+bool Value::boolean() const { return std::visit(BooleanOf{}, data_); }
 
 }  // namespace kestrova

@@ -56,6 +56,11 @@ class Value {
   // is 1 or 0. Raises InvalidUseOfNull, TypeMismatch or Overflow.
   std::int32_t integer() const;
 
+  // The value as a boolean: numbers are true unless they are 0; the words True, Wahr, Vrai and
+  // False, Falsch, Faux are read in any case, and so is a number in a text. Raises InvalidUseOfNull
+  // or TypeMismatch.
+  bool boolean() const;
+
   friend bool operator==(const Value&, const Value&) = default;
 
  private:

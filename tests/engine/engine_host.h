@@ -18,15 +18,17 @@
 
 namespace kestrova::test {
 
-// An editor that is nothing but its field list.
+// An editor that is nothing but its field list and its value list.
 class FakeSelectionForm : public SelectionForm {
  public:
   const ComboBox& cboField() const override { return fields; }
+  const ComboBox& cboValue() const override { return values; }
 
   // Adds a field to the list, without selecting it.
   void add(std::string_view display_name, std::int32_t id);
 
   ComboBox fields{"cboField", ComboBox::Style::kDropDownList};
+  ComboBox values{"cboValue", ComboBox::Style::kFreeText};
 };
 
 // A row of SELEKTION. What a test does not name is NULL.

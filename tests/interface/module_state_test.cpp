@@ -17,9 +17,11 @@ const ModuleState kStateAtStart = module_state();
 class FakeForm : public SelectionForm {
  public:
   const ComboBox& cboField() const override { return fields_; }
+  const ComboBox& cboValue() const override { return values_; }
 
  private:
   ComboBox fields_{"cboField", ComboBox::Style::kDropDownList};
+  ComboBox values_{"cboValue", ComboBox::Style::kFreeText};
 };
 
 class CountingSuite : public FakeSuite {

@@ -1,0 +1,48 @@
+// Stored values as the text that a host shows.
+#include <string>
+
+#include "engine/comm_sel.h"
+#include "engine/criterion.h"
+#include "engine/queries.h"
+#include "interface/module_state.h"
+#include "platform/text.h"
+
+namespace kestrova {
+namespace {
+
+bool flag(const Value& value) { return !value.is_null() && value.boolean(); }
+
+// A value as the user reads it.
+std::string shown(const Value& value) {
+  if (const bool* truth = value.get_if<bool>()) return user_locale().boolean_text(*truth);
+  if (const DateTime* date = value.get_if<DateTime>()) {
+    const std::string time = format_iso(*date).substr(11);
+    return format_dmy(*date) + (time == "00:00:00" ? "" : " " + time);
+  }
+  if (value.get_if<double>() != nullptr || value.get_if<Decimal>() != nullptr) {
+    return text::replace_all(value.text(), ".", user_locale().decimal_separator());
+  }
+  return value.text();
+}
+
+}  // namespace
+
+std::string Comm_Sel::Get_Value_Sel(std::string_view val, bool Nick, const Value& value,
+                                    Recordset* tmpSelektion,
+                                    std::string_view strNatWahrung_dll) const {
+  if (val.empty()) return {};
+  // A nickname is looked up, which moves the row set; the name that decides is val all the same.
+  if (Nick && find_field(val, Nick, tmpSelektion)) tmpSelektion->value("NAME_OF_FIELD");
+  switch (special_field(text::trim(val))) {
+    case SpecialField::kBarkUnit:
+      return flag(value) ? "'cm'" : "'%'";
+    case SpecialField::kMoneyUnit:
+      return flag(value) ? std::string(strNatWahrung_dll) : "EURO";
+    case SpecialField::kWord:
+    case SpecialField::kNone:
+      break;
+  }
+  return shown(value);
+}
+
+}  // namespace kestrova
