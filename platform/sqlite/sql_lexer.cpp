@@ -103,13 +103,11 @@ class Lexer {
 
   // A text or name up to the closing character, which stands for itself when doubled.
   Token quoted(TokenKind kind, std::size_t prefix, char close) {
-    std::size_t end = at_ + prefix + 1;
-    for (;; ++end) {
-      end = batch_.find(close, end);
-      if (end == std::string_view::npos) unclosed(prefix);
-      if (end + 1 >= batch_.size() || batch_[end + 1] != close) break;
-      ++end;
+    std::size_t end = batch_.find(close, at_ + prefix + 1);
+    while (end != std::string_view::npos && batch_.substr(end + 1).starts_with(close)) {
+      end = batch_.find(close, end + 2);
     }
+    if (end == std::string_view::npos) unclosed(prefix);
     const Token token = take(kind, end + 1 - at_);
     if (token.text.find('\0') != std::string_view::npos) {
       throw_syntax_error("A text or name holds a character with the code 0", batch_, token.offset);

@@ -205,7 +205,8 @@ std::vector<Command> Translator::update(const UpdateStatement& statement) {
     }
     if (!expr) fail("DEFAULT as a value is not supported.", name.offset, 156);
     if (seen.size() > 1) sql += ", ";
-    sql += quoted_name(changed.name) + " = " + assign(value(*expr), changed.type, expr->offset).sql;
+    sql +=
+        quoted_name(changed.name) + " = " + stored_in(value(*expr), target, changed, expr->offset);
   }
   if (statement.where) sql += " WHERE " + condition(*statement.where);
   return {{std::move(sql), true}};

@@ -14,6 +14,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
   using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 // How the embedded database's refusals are told.
 DatabaseError constraint_error(const std::string& message) {
