@@ -475,7 +475,7 @@ std::string Translator::between(const Expr& expr) {
 
 std::string Translator::in(const Expr& expr) {
   const Fragment operand = value(*expr.parts[0]);
-  std::vector<std::string> members;
+  std::string members;
   std::vector<std::string> comparisons;
   bool converted = false;
   for (std::size_t i = 1; i < expr.parts.size(); ++i) {
@@ -483,28 +483,12 @@ std::string Translator::in(const Expr& expr) {
     Fragment right = value(*expr.parts[i]);
     bring_together(left, right, expr.parts[i]->offset);
     converted = converted || left.sql != operand.sql;
-    members.push_back(right.sql);
-    comparisons.push_back(converted ? collated(left) + " = " + right.sql : "");
-    if (converted && i > 1) {
-      for (std::size_t k = 0; k < comparisons.size(); ++k) {
-        if (comparisons[k].empty()) comparisons[k] = collated(operand) + " = " + members[k];
-      }
-    }
+    members += (i > 1 ? ", " : "") + right.sql;
+    comparisons.push_back("(" + collated(left) + " = " + right.sql + ")");
   }
-  std::string result;
-  if (converted) {
-    for (std::string& comparison : comparisons) {
-      if (comparison.empty())
-        comparison = collated(operand) + " = " +
-                     members[static_cast<std::size_t>(&comparison - comparisons.data())];
-      comparison = "(" + comparison + ")";
-    }
-    result = balanced(comparisons, 0, comparisons.size(), " OR ");
-  } else {
-    result = "(" + collated(operand) + " IN (";
-    for (std::size_t i = 0; i < members.size(); ++i) result += (i > 0 ? ", " : "") + members[i];
-    result += "))";
-  }
+  // Members that the operand is converted for are compared one by one.
+  const std::string result = converted ? balanced(comparisons, 0, comparisons.size(), " OR ")
+                                       : "(" + collated(operand) + " IN (" + members + "))";
   return expr.negated ? "(NOT " + result + ")" : result;
 }
 
