@@ -74,6 +74,49 @@ TEST(ValueInteger, RefusesWhatIsNoNumber) {
   }
 }
 
+TEST(ValueBoolean, OfANumberIsWhetherItIsNotZero) {
+  for (const Value& value :
+       {Value(1), Value(-1), Value(2), Value(std::int64_t{1} << 40), Value(0.5), Value(-1e-9),
+        Value(Decimal{"0.01"}), Value(Decimal{"-1"}), Value(Decimal{"100000000000000000000"})}) {
+    EXPECT_TRUE(value.boolean()) << value.text();
+  }
+  for (const Value& value : {Value(0), Value(0.0), Value(-0.0), Value(Decimal{"0"}),
+                             Value(Decimal{"0.00"}), Value(Decimal{"-0.0"})}) {
+    EXPECT_FALSE(value.boolean()) << value.text();
+  }
+  EXPECT_TRUE(Value(true).boolean());
+  EXPECT_FALSE(Value(false).boolean());
+}
+
+TEST(ValueBoolean, ReadsWordsOfThreeLanguagesInAnyCase) {
+  for (const char* word :
+       {"True", "TRUE", "true", "Wahr", "WAHR", "wahr", "wAHR", "Vrai", "VRAI", "vrai"}) {
+    EXPECT_TRUE(Value(word).boolean()) << word;
+  }
+  for (const char* word :
+       {"False", "FALSE", "false", "Falsch", "FALSCH", "falsch", "Faux", "FAUX", "faux"}) {
+    EXPECT_FALSE(Value(word).boolean()) << word;
+  }
+}
+
+TEST(ValueBoolean, ReadsNumbersInTexts) {
+  for (const char* text : {"1", "-1", "+1", " 1 ", "2", "0.5", "1e3", "99999999999"}) {
+    EXPECT_TRUE(Value(text).boolean()) << text;
+  }
+  for (const char* text : {"0", "-0", " 0 ", "0.0", "00", "0e5"}) {
+    EXPECT_FALSE(Value(text).boolean()) << text;
+  }
+}
+
+TEST(ValueBoolean, RefusesWhatIsNoBoolean) {
+  EXPECT_THROW(Value().boolean(), InvalidUseOfNull);
+  EXPECT_THROW(Value(Bytes{std::byte{1}}).boolean(), TypeMismatch);
+  for (const char* text : {"", " ", "EURO", "DM", "cm", "Ja", "Nein", "Yes", "T", "Truee", "Tru",
+                           "x1", "1x", "--1", "inf", "nan", "True False"}) {
+    EXPECT_THROW(Value(text).boolean(), TypeMismatch) << text;
+  }
+}
+
 TEST(Value, KnowsItsKind) {
   EXPECT_TRUE(Value().is_null());
   EXPECT_FALSE(Value("").is_null());
