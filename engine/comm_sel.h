@@ -118,8 +118,11 @@ class Comm_Sel {
   // For relations that begin with "LEISTUNGS_BB", and for "VERLOHN", it also fills the temporary
   // table "#BB_LEISTUNGS_KOPF" with the records of the relation.
   //
-  // Raises TypeMismatch for a field part that is no number, NoCurrentRecord for a field that
-  // SELEKTION does not hold; a field that the suite does not offer raises the suite's error.
+  // Raises TypeMismatch for a field part that is no whole number and Overflow for one beyond 16
+  // bits, InvalidArgument for a record that begins with "=" or with a lone ">", NoCurrentRecord for
+  // a field that SELEKTION does not hold, InvalidUseOfNull for one whose row names no table or
+  // column, and ObjectNotSet when a connection is needed and absent; a field that the suite does
+  // not offer raises the suite's error.
   std::string D_SelectionFromStr(const KesVar& KesVar, std::string_view Parameter,
                                  std::string_view strParameter, std::string_view strChar,
                                  std::string_view StrVer_Type, std::int32_t ID_Access_Levels) const;
@@ -168,7 +171,7 @@ class Comm_Sel {
 
   // Fills a list with the models of a relation that the user may see, by name, with MODELS.ID as
   // item data, behind one empty entry with 0. SetStandardModel also selects the user's standard
-  // model; without one the selection stays.
+  // model: the empty entry when there is none, and nothing when it is not among the entries.
   void Fill_ComboModel(const KesVar& KesVar, ComboPort& tmpCombo, std::string_view strParameter,
                        bool SetStandardModel) const;
 };

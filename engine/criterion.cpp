@@ -81,16 +81,15 @@ std::string date_element(const KesVar& context, std::string_view element, const 
 std::string date_list(const KesVar& context, std::string_view op, const RecordForm& form) {
   const std::size_t open = op.find('(');
   const std::size_t close = op.rfind(')');
-  if (!op.starts_with("IN ") || open == std::string_view::npos || close == std::string_view::npos) {
+  if (!op.starts_with("IN ") || open == std::string_view::npos || close == std::string_view::npos ||
+      close < open) {
     return std::string(op);
   }
   std::string list;
-  if (close > open) {
-    for (const std::string_view element : text::split(op.substr(open + 1, close - open - 1), ',')) {
-      if (element.empty()) continue;
-      if (!list.empty()) list += ',';
-      list += date_element(context, element, form);
-    }
+  for (const std::string_view element : text::split(op.substr(open + 1, close - open - 1), ',')) {
+    if (element.empty()) continue;
+    if (!list.empty()) list += ',';
+    list += date_element(context, element, form);
   }
   return "IN (" + list + ")";
 }
@@ -145,11 +144,9 @@ SpecialField special_field(std::string_view field) {
 RecordParts split_record(std::string_view record) {
   const std::optional<OperatorSpan> span = find_operator(record);
   if (!span) return {.field = {}, .op = {}, .value = record};
-  // An IN whose list is not closed counts as the bare word.
   return {.field = text::trim(record.substr(0, span->offset)),
           .op = record.substr(span->offset, span->size),
-          .value = record.substr(span->offset + span->size),
-          .is_list = span->size > 4};
+          .value = record.substr(span->offset + span->size)};
 }
 
 bool is_null_word(std::string_view value) {
@@ -164,7 +161,7 @@ std::string operator_part(const KesVar& context, const Relation& relation, std::
   const RecordParts parts = split_record(record);
   const std::int16_t type = type_of_record(context, relation, parts, form);
   const std::string_view op = text::trim(parts.op);
-  if (parts.is_list && IsDateFieldType(type)) return date_list(context, op, form);
+  if (IsDateFieldType(type)) return date_list(context, op, form);
   return std::string(op);
 }
 

@@ -14,7 +14,6 @@ struct RecordParts {
   std::string_view field;  // trimmed
   std::string_view op;     // for IN with its list
   std::string_view value;
-  bool is_list = false;  // op is an IN with something behind it
 };
 
 // Raises InvalidArgument for a record that begins with "=" or with a lone ">".

@@ -5,6 +5,7 @@
 
 #include "engine/comm_sel.h"
 #include "engine/queries.h"
+#include "engine/selektion_row.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/text.h"
@@ -51,19 +52,6 @@ std::string show_debug(std::string_view message) {
   return {};
 }
 
-std::string upper_trimmed(const Value& value) {
-  return text::upper(text::trim(value.text_or_empty()));
-}
-
-std::string trimmed(const Value& value) { return std::string(text::trim(value.text())); }
-
-// SQLVALUE, or the column itself where the field has no expression of its own.
-std::string field_expression(const Recordset& row) {
-  const Value expression = row.value("SQLVALUE");
-  if (!expression.is_null()) return expression.text();
-  return trimmed(row.value("TABLE_NAME")) + "." + trimmed(row.value("NAME_OF_FIELD"));
-}
-
 std::string upper_column(std::string_view val, bool nick, Recordset* selektion,
                          std::string_view column) {
   return find_field(val, nick, selektion) ? upper_trimmed(selektion->value(column)) : std::string();
@@ -82,14 +70,6 @@ std::unique_ptr<Recordset> field_row(std::int16_t id, std::string_view columns,
 }
 
 }  // namespace
-
-bool find_field(std::string_view val, bool nick, Recordset* selektion) {
-  if (val.empty()) return false;
-  Recordset& rows = row_set(selektion);
-  rows.move_first();
-  rows.find((nick ? "NICKNAME_OF_FIELD = '" : "NAME_OF_FIELD = '") + std::string(val) + "'");
-  return !rows.eof();
-}
 
 std::string Comm_Sel::Get_SQLSelect(std::string_view val, bool Nick,
                                     Recordset* tmpSelektion) const {
@@ -151,7 +131,7 @@ std::string Comm_Sel::Get_FieldNameFromID(std::int16_t id_selektion,
                                           const std::shared_ptr<Connection>& dbado_dll) const {
   const std::string name =
       field_expression(*field_row(id_selektion, "NAME_OF_FIELD, TABLE_NAME, SQLVALUE", dbado_dll));
-  // Tells the suite's support which catalogue row is not filled in.
+  // A diagnostic, kept on purpose.
   if (name.empty() || name == "NA") ShowMessage(std::to_string(id_selektion));
   return name;
 }

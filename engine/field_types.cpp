@@ -5,6 +5,7 @@
 
 #include "engine/comm_sel.h"
 #include "engine/queries.h"
+#include "engine/selektion_row.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/text.h"
@@ -62,20 +63,6 @@ FieldColumn column_by_query(const KesVar& context, std::int16_t id) {
 }
 
 }  // namespace
-
-FieldColumn column_of_row(const Recordset& row) {
-  const std::string join = text::upper(text::trim(row.value("SQLSELECT").text_or_empty()));
-  if (join != "INNER" && join != "TRIPLE") {
-    return {row.value("TABLE_NAME").text(), row.value("NAME_OF_FIELD").text()};
-  }
-  const std::string expression = row.value("SQLVALUE").text();
-  return {row.value("TABLE_NAME_II").text(), std::string(behind_first_point(expression))};
-}
-
-std::string_view behind_first_point(std::string_view s) {
-  const std::size_t point = s.find('.');
-  return point == std::string_view::npos ? s : s.substr(point + 1);
-}
 
 std::int16_t field_type(const KesVar& context, const Relation& relation, std::int16_t id) {
   if (relation.catalogue) return type_by_format(context, relation, id);

@@ -21,7 +21,7 @@ void FromWhereBuilder::add_condition_once(std::string_view condition) {
 void FromWhereBuilder::add_criterion(std::string_view expression, std::string_view comparison,
                                      std::string_view op, std::string_view value) {
   if (is_null_word(value)) {
-    // No blank behind NOT: modules recognise the text in this form.
+    // No blank behind NOT, on purpose.
     if (op != "=") criteria += "NOT";
     criteria += "(";
     criteria += expression;

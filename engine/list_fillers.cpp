@@ -7,6 +7,7 @@
 #include "engine/field_types.h"
 #include "engine/model_relation.h"
 #include "engine/queries.h"
+#include "engine/selektion_row.h"
 #include "interface/module_state.h"
 #include "platform/text.h"
 

@@ -23,10 +23,6 @@ inline Recordset& row_set(Recordset* rows) {
   return *rows;
 }
 
-// Moves a row set over SELEKTION to the field with that name, or nickname; false when there is none
-// (the row set is then at its end) and for an empty name (the row set is then left alone).
-bool find_field(std::string_view val, bool nick, Recordset* selektion);
-
 // A field identifier kept as item data. Raises Overflow beyond 16 bits.
 inline std::int16_t to_field_id(std::int32_t item_data) {
   if (item_data < std::numeric_limits<std::int16_t>::min() ||

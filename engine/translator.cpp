@@ -7,6 +7,7 @@
 #include "engine/criterion.h"
 #include "engine/from_where_builder.h"
 #include "engine/queries.h"
+#include "engine/selektion_row.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/text.h"
@@ -143,15 +144,11 @@ void Translator::add_selektion_criterion(std::string_view op, std::string_view v
   const auto add_table = [&](std::string_view name) {
     text_.from = service_->AddTable(text_.from, column(name), variant_);
   };
-  const Value stored = selektion_->value("SQLVALUE");
-  const std::string expression =
-      stored.is_null() ? std::string(text::trim(selektion_->value("TABLE_NAME").text())) + "." +
-                             std::string(text::trim(selektion_->value("NAME_OF_FIELD").text()))
-                       : stored.text();
+  const std::string expression = field_expression(*selektion_);
   // A field without an expression of its own is compared by its column only where it stands in the
   // main table.
-  std::string comparison = stored.is_null() ? std::string() : expression;
-  const std::string join = text::upper(text::trim(column("SQLSELECT")));
+  std::string comparison = selektion_->value("SQLVALUE").is_null() ? std::string() : expression;
+  const std::string join = upper_trimmed(selektion_->value("SQLSELECT"));
   if (join.empty()) {
     add_table("TABLE_NAME");
     comparison = expression;

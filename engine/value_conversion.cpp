@@ -4,6 +4,7 @@
 #include "engine/comm_sel.h"
 #include "engine/criterion.h"
 #include "engine/queries.h"
+#include "engine/selektion_row.h"
 #include "interface/module_state.h"
 #include "platform/text.h"
 

@@ -7,8 +7,15 @@
 namespace kestrova {
 namespace {
 
-Host& host() {
-  static Host instance;
+// The state goes before the host, at the end as well as when a host is replaced: objects of the
+// state may use the services while they are released.
+struct Module {
+  Host host;
+  ModuleState state;
+};
+
+Module& module() {
+  static Module instance;
   return instance;
 }
 
@@ -21,18 +28,17 @@ T& installed(const std::shared_ptr<T>& service, const char* name) {
 }  // namespace
 
 void install_host(Host new_host) {
-  host() = std::move(new_host);
-  module_state() = {};
+  module().state = {};
+  module().host = std::move(new_host);
 }
 
-ModuleState& module_state() {
-  static ModuleState instance;
-  return instance;
-}
+ModuleState& module_state() { return module().state; }
 
-Suite& suite() { return installed(host().suite, "suite services"); }
-UserInterface& user_interface() { return installed(host().user_interface, "user interface"); }
-const UserLocale& user_locale() { return installed(host().user_locale, "user locale"); }
+Suite& suite() { return installed(module().host.suite, "suite services"); }
+UserInterface& user_interface() {
+  return installed(module().host.user_interface, "user interface");
+}
+const UserLocale& user_locale() { return installed(module().host.user_locale, "user locale"); }
 
 LocTexts& loc_texts() {
   auto& texts = module_state().theLocTexts;
@@ -42,7 +48,8 @@ LocTexts& loc_texts() {
 
 SelectionForm& selection_form() {
   auto& form = module_state().theSelectionForm;
-  if (!form && host().make_selection_form) form = host().make_selection_form();
+  const auto& make_form = module().host.make_selection_form;
+  if (!form && make_form) form = make_form();
   return installed(form, "selection editor");
 }
 

@@ -124,7 +124,7 @@ class ListBox : public EntryList {
 
   std::function<void()> on_double_click;
 
-  // First visible entry and the height of one row, for finding the target of a drop.
+  // First visible entry, from which the target of a drop is found.
   int top_index = 0;
 
   // A user's double click on the selected entry.

@@ -100,6 +100,7 @@ class Recordset {
   // trailing blanks, as the server's "=" does; a NULL meets no criterion.
   virtual void find(std::string_view criterion) = 0;
 
+  // Number of columns, and the name of one. Raises ItemNotFound for a position that does not exist.
   virtual std::size_t column_count() const = 0;
   virtual std::string column_name(std::size_t position) const = 0;
 

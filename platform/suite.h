@@ -29,8 +29,9 @@ class TableAccessService {
  public:
   virtual ~TableAccessService() = default;
 
-  // Fills the list with the fields of a field-list key: display text, and the field's number as
-  // item data. An unknown key leaves the list empty.
+  // Fills the list, which the caller has emptied, with the fields of a field-list key: display
+  // text, and the field's number as item data. An unknown key adds nothing. The option is passed as
+  // 0.
   virtual void FillFieldList(std::string_view list_key, EntryList& list, const KesVar& context,
                              std::int32_t option) = 0;
 
@@ -92,6 +93,7 @@ class ModelSettings {
 class SuiteOptions {
  public:
   virtual ~SuiteOptions() = default;
+  // Whether the option is set; false for one that is not there.
   virtual bool GetOptionFlag(std::string_view option, const KesVar& context) = 0;
 };
 
@@ -102,7 +104,8 @@ class StrTokens {
  public:
   virtual ~StrTokens() = default;
   virtual std::int32_t TokenCount(std::string_view text, std::string_view separator) = 0;
-  // The record at an index counted from 0. Raises InvalidArgument outside 0 to TokenCount - 1.
+  // The record at an index counted from 0: a part of text itself, so that it stays as long as text
+  // does. Raises InvalidArgument outside 0 to TokenCount - 1.
   virtual std::string_view TokenAt(std::string_view text, std::string_view separator,
                                    std::int32_t index) = 0;
 };

@@ -170,8 +170,6 @@ bool contains_ignoring_case(std::string_view s, std::string_view needle) {
 }
 
 bool starts_with_ignoring_case(std::string_view s, std::string_view prefix) {
-  // A prefix in upper case matches only if each of its bytes is met by the upper-cased text, and
-  // upper-casing never makes a character longer than three bytes from more than that many.
   return upper(left(s, length(prefix))) == prefix;
 }
 

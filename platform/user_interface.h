@@ -40,7 +40,7 @@ struct Message {
 // The shape of the mouse pointer; the values are the system's.
 enum class PointerShape : int { kDefault = 0, kHourglass = 11 };
 
-// A dialog that can be shown modally. The port shows it until hide() has been called.
+// A dialog that can be shown modally. The port shows it until is_visible() is false.
 class ModalDialog {
  public:
   virtual ~ModalDialog() = default;
@@ -63,6 +63,7 @@ class UserInterface {
   // Asks for one line of text. Nothing when the user cancelled.
   virtual std::optional<std::string> ask_text(std::string_view prompt, std::string_view title) = 0;
 
+  // The mouse pointer of the whole application.
   virtual PointerShape pointer() const = 0;
   virtual void set_pointer(PointerShape shape) = 0;
 

@@ -6,15 +6,13 @@
 #include <string_view>
 
 #include "platform/date_time.h"
+#include "platform/text.h"
 
 namespace kestrova {
 
 class UserLocale {
  public:
   virtual ~UserLocale() = default;
-
-  // The character between whole part and fraction ("," in German, "." in English).
-  virtual std::string decimal_separator() const = 0;
 
   // The number that the user wrote, or nothing when the text is no number. Accepted: blanks around
   // it, one leading sign, digits with the locale's group separators anywhere among the digits of
@@ -33,6 +31,10 @@ class UserLocale {
   virtual std::string boolean_text(bool value) const = 0;
 
   bool is_numeric(std::string_view text) const { return to_number(text).has_value(); }
+
+  // The character between whole part and fraction ("," in German, "." in English): what the user's
+  // settings put into 0 with one decimal.
+  std::string decimal_separator() const { return std::string(text::mid(format(0, "0.0"), 2, 1)); }
 
  protected:
   UserLocale() = default;

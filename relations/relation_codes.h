@@ -30,6 +30,7 @@ std::string_view access_table_key(std::string_view code);
 // A relation code together with what the tables say about it, for operations that ask many times.
 // Refers to the text of the code.
 struct Relation {
+  explicit Relation(std::string&&) = delete;
   explicit Relation(std::string_view relation_code)
       : code(relation_code),
         restricted(IsRestrictedRelation(relation_code)),

@@ -39,7 +39,7 @@ struct RelationRule {
 
 // clang-format off
 
-// Goods on hold: sold or gone lots stay out, re-sorted ones stay in.
+// Lots that a re-sorting has replaced stay out.
 constexpr std::string_view kAbgang = " AND (BB_HAB.ID_BB_T_ABGANGSART IS NULL OR BB_HAB.ID_BB_T_ABGANGSART IN (SELECT ID FROM BB_T_ABGANGSART WHERE UMSORTIERUNG IS NULL OR UMSORTIERUNG = 0))";
 
 constexpr std::string_view kImported = "FHP_IMPORT.ERRORTEXT IS NULL AND FHP_IMPORT.ID_FHP_IMPORT IS NULL";
@@ -149,12 +149,52 @@ constexpr bool is_balanced(std::string_view sql) {
   return depth == 0 && !quoted;
 }
 
+// What "{...}" in the texts of a rule stands for.
+enum class Placeholder { kRunDigit, kRest, kTrimmedRest, kLevel, kList, kOrders, kOpenQuantity };
+
+struct NamedPlaceholder {
+  std::string_view name;
+  Placeholder placeholder;
+};
+
+constexpr std::array kPlaceholders = {
+    NamedPlaceholder{"#", Placeholder::kRunDigit},  // the digit of a code of a numbered group
+    NamedPlaceholder{"rest", Placeholder::kRest},   // what stands behind the prefix of the code
+    NamedPlaceholder{"trimmed rest", Placeholder::kTrimmedRest},
+    NamedPlaceholder{"access level", Placeholder::kLevel},
+    NamedPlaceholder{"access list", Placeholder::kList},
+    NamedPlaceholder{"order restriction", Placeholder::kOrders},
+    NamedPlaceholder{"open quantity", Placeholder::kOpenQuantity},
+};
+
+constexpr auto find_placeholder(std::string_view name) {
+  return std::find_if(kPlaceholders.begin(), kPlaceholders.end(),
+                      [name](const NamedPlaceholder& p) { return p.name == name; });
+}
+
+// Whether every "{...}" of a text is known, and "{#}" stands only where the code has a run.
+constexpr bool can_be_expanded(std::string_view text, const CodeTest& code) {
+  for (std::size_t open = text.find('{'); open != std::string_view::npos; open = text.find('{')) {
+    const std::size_t close = text.find('}', open);
+    if (close == std::string_view::npos) return false;
+    const auto found = find_placeholder(text.substr(open + 1, close - open - 1));
+    if (found == kPlaceholders.end()) return false;
+    const bool has_run = code.code.find('#') != std::string_view::npos;
+    if (found->placeholder == Placeholder::kRunDigit && !has_run) return false;
+    text.remove_prefix(close + 1);
+  }
+  return true;
+}
+
 constexpr CodeTest code_of(const RelationRule& rule) { return rule.code; }
 
 static_assert(rows_are_distinct(kRules, code_of));
 static_assert(is_balanced(kAbgang));
 static_assert(std::all_of(kRules.begin(), kRules.end(), [](const RelationRule& rule) {
-  return is_balanced(rule.condition) && is_balanced(rule.from.join);
+  return is_balanced(rule.condition) && is_balanced(rule.from.join) &&
+         can_be_expanded(rule.condition, rule.code) &&
+         can_be_expanded(rule.from.run_type, rule.code) &&
+         can_be_expanded(rule.from.join, rule.code);
 }));
 
 // The number of the field of "BBZV" that holds the open quantity of an order.
@@ -180,37 +220,27 @@ class RelationTexts {
   }
 
  private:
-  struct Placeholder {
-    std::string_view name;
-    std::string (RelationTexts::*value)() const;
-  };
-
   std::string value_of(std::string_view name) const {
-    static constexpr std::array kPlaceholders = {
-        Placeholder{"#", &RelationTexts::run_digit},
-        Placeholder{"rest", &RelationTexts::rest},
-        Placeholder{"trimmed rest", &RelationTexts::trimmed_rest},
-        Placeholder{"access level", &RelationTexts::access_level},
-        Placeholder{"access list", &RelationTexts::access_list},
-        Placeholder{"order restriction", &RelationTexts::order_restriction},
-        Placeholder{"open quantity", &RelationTexts::open_quantity},
-    };
-    const auto found = std::find_if(kPlaceholders.begin(), kPlaceholders.end(),
-                                    [name](const Placeholder& p) { return p.name == name; });
-    return (this->*found->value)();
+    switch (find_placeholder(name)->placeholder) {
+      case Placeholder::kRunDigit:
+        return std::string(1, code_[rule_.code.code.find('#')]);
+      case Placeholder::kRest:
+        return std::string(rest());
+      case Placeholder::kTrimmedRest:
+        return std::string(text::trim(rest()));
+      case Placeholder::kLevel:
+        return std::to_string(context_.lngAccessLevel);
+      case Placeholder::kList:
+        return context_.strAccessLevelList;
+      case Placeholder::kOrders:
+        return service_.order_restriction(context_);
+      case Placeholder::kOpenQuantity:
+        return service_.GetFieldExpression("BBZV", kOpenQuantityField, 0, 0, context_);
+    }
+    return {};
   }
 
-  // The digit of a code of a numbered group.
-  std::string run_digit() const { return std::string(1, code_[rule_.code.code.find('#')]); }
-  // What stands behind the prefix of the code.
-  std::string rest() const { return std::string(code_.substr(rule_.code.code.size())); }
-  std::string trimmed_rest() const { return std::string(text::trim(rest())); }
-  std::string access_level() const { return std::to_string(context_.lngAccessLevel); }
-  std::string access_list() const { return context_.strAccessLevelList; }
-  std::string order_restriction() const { return service_.order_restriction(context_); }
-  std::string open_quantity() const {
-    return service_.GetFieldExpression("BBZV", kOpenQuantityField, 0, 0, context_);
-  }
+  std::string_view rest() const { return code_.substr(rule_.code.code.size()); }
 
   const RelationRule& rule_;
   std::string_view code_;

@@ -140,10 +140,6 @@ std::string fixed_digits(double number, std::size_t fraction_digits) {
 SettingsUserLocale::SettingsUserLocale(std::string_view language, std::string_view date_order)
     : settings_(settings_of(language)), date_order_(standalone::date_order_of(date_order)) {}
 
-std::string SettingsUserLocale::decimal_separator() const {
-  return std::string(settings_.decimal_separator);
-}
-
 std::optional<double> SettingsUserLocale::to_number(std::string_view text) const {
   const auto plain = plain_notation(text, settings_);
   if (!plain) return std::nullopt;

@@ -21,8 +21,6 @@ class SettingsUserLocale : public UserLocale {
   // of letters. Raises InvalidArgument for any other.
   SettingsUserLocale(std::string_view language, std::string_view date_order);
 
-  std::string decimal_separator() const override;
-
   // Group separators may stand between any two digits of the whole part, as people are used to be
   // understood: the German "1.5" is 15.
   std::optional<double> to_number(std::string_view text) const override;

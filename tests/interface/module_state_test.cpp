@@ -142,6 +142,26 @@ TEST_F(ModuleStateTest, TheEditorIsMadeOnFirstUseAndKept) {
   EXPECT_EQ(forms_made_, 1);
 }
 
+// An editor that still talks to the user while it is released.
+class TalkingForm : public FakeForm {
+ public:
+  explicit TalkingForm(UserInterface*& last_heard) : last_heard_(last_heard) {}
+  ~TalkingForm() override { last_heard_ = &user_interface(); }
+
+ private:
+  UserInterface*& last_heard_;
+};
+
+TEST_F(ModuleStateTest, TheEditorIsReleasedWhileItsOwnHostIsInstalled) {
+  UserInterface* heard = nullptr;
+  Host host = whole_host();
+  host.make_selection_form = [&heard] { return std::make_shared<TalkingForm>(heard); };
+  install_host(host);
+  selection_form();
+  install_host({});
+  EXPECT_EQ(heard, host.user_interface.get());
+}
+
 TEST_F(ModuleStateTest, AnotherHostReplacesTheServices) {
   install_host(whole_host());
   loc_texts();

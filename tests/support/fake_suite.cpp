@@ -302,8 +302,6 @@ std::string_view take_digits(std::string_view& rest) {
 
 }  // namespace
 
-std::string FakeLocale::decimal_separator() const { return is_german() ? "," : "."; }
-
 std::optional<double> FakeLocale::to_number(std::string_view text) const {
   const char decimal = is_german() ? ',' : '.';
   const char group = is_german() ? '.' : ',';
@@ -380,7 +378,7 @@ std::string FakeLocale::format(double number, std::string_view pattern) const {
   const int width = whole_digits + (decimals > 0 ? decimals + 1 : 0);
   char digits[400];
   std::snprintf(digits, sizeof digits, "%0*.*f", width, decimals, std::fabs(number));
-  const std::string result = text::replace_all(digits, ".", decimal_separator());
+  const std::string result = text::replace_all(digits, ".", is_german() ? "," : ".");
   return number < 0 ? "-" + result : result;
 }
 

@@ -84,7 +84,6 @@ class FakeLocale : public UserLocale {
 
   explicit FakeLocale(Language language) : language_(language) {}
 
-  std::string decimal_separator() const override;
   std::optional<double> to_number(std::string_view text) const override;
   // Day, month, year (English: month, day, year) separated by ".", "/" or "-", or year, month, day
   // when the year comes first with four digits.
