@@ -17,8 +17,7 @@ std::unique_ptr<Connection> connect_recording(const std::vector<ContractTable>& 
 }
 
 INSTANTIATE_TEST_SUITE_P(Recording, DatabaseContract,
-                         testing::Values(ContractAdapter{"Recording", &connect_recording,
-                                                         /*executes_sql=*/false}),
+                         testing::Values(ContractAdapter{"Recording", &connect_recording}),
                          contract_adapter_name);
 
 }  // namespace

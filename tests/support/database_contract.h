@@ -3,6 +3,9 @@
 //   INSTANTIATE_TEST_SUITE_P(Embedded, DatabaseContract,
 //                            testing::Values(ContractAdapter{"Embedded", &connect_with_tables}),
 //                            contract_adapter_name);
+//
+// and in the same way SqlDatabaseContract, which holds what needs a database that runs statements;
+// a fake that answers table names only leaves it out.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -36,10 +39,6 @@ struct ContractAdapter {
   // A fresh connection to a database of its own that holds these tables, loaded without the help
   // of set_value. Read as a whole, a table answers its rows in the given order.
   std::function<std::unique_ptr<Connection>(const std::vector<ContractTable>&)> connect;
-
-  // False for a fake that answers table names only: what needs a database that understands SQL is
-  // then skipped.
-  bool executes_sql = true;
 };
 
 void PrintTo(const ContractAdapter& adapter, std::ostream* out);
@@ -62,5 +61,7 @@ class DatabaseContract : public testing::TestWithParam<ContractAdapter> {
 
   std::unique_ptr<Connection> connection_;
 };
+
+class SqlDatabaseContract : public DatabaseContract {};
 
 }  // namespace kestrova::test

@@ -51,8 +51,10 @@ std::unique_ptr<Connection> connect(const std::vector<ContractTable>& tables) {
   return connection;
 }
 
-INSTANTIATE_TEST_SUITE_P(Sqlite, DatabaseContract,
-                         testing::Values(ContractAdapter{"Sqlite", &connect}),
+const ContractAdapter kSqlite{"Sqlite", &connect};
+
+INSTANTIATE_TEST_SUITE_P(Sqlite, DatabaseContract, testing::Values(kSqlite), contract_adapter_name);
+INSTANTIATE_TEST_SUITE_P(Sqlite, SqlDatabaseContract, testing::Values(kSqlite),
                          contract_adapter_name);
 
 }  // namespace
