@@ -13,19 +13,6 @@ namespace {
 
 bool flag(const Value& value) { return !value.is_null() && value.boolean(); }
 
-// A value as the user reads it.
-std::string shown(const Value& value) {
-  if (const bool* truth = value.get_if<bool>()) return user_locale().boolean_text(*truth);
-  if (const DateTime* date = value.get_if<DateTime>()) {
-    const std::string time = format_iso(*date).substr(11);
-    return format_dmy(*date) + (time == "00:00:00" ? "" : " " + time);
-  }
-  if (value.get_if<double>() != nullptr || value.get_if<Decimal>() != nullptr) {
-    return text::replace_all(value.text(), ".", user_locale().decimal_separator());
-  }
-  return value.text();
-}
-
 }  // namespace
 
 std::string Comm_Sel::Get_Value_Sel(std::string_view val, bool Nick, const Value& value,
@@ -43,7 +30,7 @@ std::string Comm_Sel::Get_Value_Sel(std::string_view val, bool Nick, const Value
     case SpecialField::kNone:
       break;
   }
-  return shown(value);
+  return user_text(value, user_locale());
 }
 
 }  // namespace kestrova

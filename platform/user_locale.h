@@ -7,6 +7,7 @@
 
 #include "platform/date_time.h"
 #include "platform/text.h"
+#include "platform/value.h"
 
 namespace kestrova {
 
@@ -27,6 +28,10 @@ class UserLocale {
   // digits behind the separator as the pattern has, at least as many before it.
   virtual std::string format(double number, std::string_view pattern) const = 0;
 
+  // A date in the user's order, with the time of day behind it unless it is midnight. to_date reads
+  // it back.
+  virtual std::string format_date(const DateTime& date) const = 0;
+
   // The words for a boolean as text: "True"/"False", "Wahr"/"Falsch", "Vrai"/"Faux".
   virtual std::string boolean_text(bool value) const = 0;
 
@@ -39,5 +44,9 @@ class UserLocale {
  protected:
   UserLocale() = default;
 };
+
+// A value as the user reads it: the word for a boolean, a date in the user's order, a number with
+// the user's decimal separator; any other value as Value::text. Raises InvalidUseOfNull for NULL.
+std::string user_text(const Value& value, const UserLocale& locale);
 
 }  // namespace kestrova

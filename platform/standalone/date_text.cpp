@@ -13,10 +13,10 @@ namespace {
 
 // clang-format off
 constexpr std::array<DateOrder, 4> kDateOrders = {{
-    {"DMY", 0, 1, 2},
-    {"MDY", 1, 0, 2},
-    {"YMD", 2, 1, 0},
-    {"YDM", 1, 2, 0},
+    {"DMY", 0, 1, 2, '.'},
+    {"MDY", 1, 0, 2, '/'},
+    {"YMD", 2, 1, 0, '-'},
+    {"YDM", 1, 2, 0, '/'},  // with "-" it would read as yyyy-mm-dd
 }};
 // clang-format on
 constexpr const DateOrder& kYearMonthDay = kDateOrders[2];
@@ -114,6 +114,21 @@ std::optional<TypedDate> read_date(std::string_view typed, const DateOrder& orde
   if (blank == std::string_view::npos) return result;
   if (!read_time(text::trim(all.substr(blank)), result)) return std::nullopt;
   return result;
+}
+
+std::string shown_date(const DateTime& date, const DateOrder& order) {
+  std::array<std::string, 3> parts;
+  const auto place = [&parts](int position) -> std::string& {
+    return parts[static_cast<std::size_t>(position)];
+  };
+  const std::string dmy = format_dmy(date);
+  place(order.day) = dmy.substr(0, 2);
+  place(order.month) = dmy.substr(3, 2);
+  place(order.year) = dmy.substr(6);
+  std::string result = parts[0] + order.separator + parts[1] + order.separator + parts[2];
+  if (date.hour == 0 && date.minute == 0 && date.second == 0) return result;
+  result += two_digits(' ', date.hour) + two_digits(':', date.minute);
+  return date.second == 0 ? result : result + two_digits(':', date.second);
 }
 
 std::string server_text(const TypedDate& typed) {

@@ -15,6 +15,7 @@ struct DateOrder {
   int day;
   int month;
   int year;
+  char separator;  // between the parts of a date that is shown
 };
 
 // The order of that name, in either case of letters. Raises InvalidArgument for any other than
@@ -33,6 +34,10 @@ struct TypedDate {
 // separator ".", "/" or "-" twice, the year with two or four digits; or yyyy-mm-dd whatever the
 // order. A time hh:mm or hh:mm:ss may follow after blanks.
 std::optional<TypedDate> read_date(std::string_view typed, const DateOrder& order);
+
+// A date in the given order, zero-padded, with " hh:mm" or " hh:mm:ss" behind it unless it is
+// midnight.
+std::string shown_date(const DateTime& date, const DateOrder& order);
 
 // "dd.mm.yyyy", with " hh:mm" or " hh:mm:ss" behind it as far as the time is given.
 std::string server_text(const TypedDate& typed);

@@ -168,6 +168,10 @@ std::string SettingsUserLocale::format(double number, std::string_view pattern) 
   return result + std::string(settings_.decimal_separator) + digits.substr(point + 1);
 }
 
+std::string SettingsUserLocale::format_date(const DateTime& date) const {
+  return standalone::shown_date(date, date_order_);
+}
+
 std::string SettingsUserLocale::boolean_text(bool value) const {
   return std::string(value ? settings_.word_true : settings_.word_false);
 }

@@ -32,6 +32,9 @@ class SettingsUserLocale : public UserLocale {
   // Raises InvalidArgument for any other pattern than the port describes.
   std::string format(double number, std::string_view pattern) const override;
 
+  // Zero-padded, the year with four digits, separated by "." (DMY), "/" (MDY and YDM) or "-" (YMD).
+  std::string format_date(const DateTime& date) const override;
+
   std::string boolean_text(bool value) const override;
 
  private:

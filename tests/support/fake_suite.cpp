@@ -382,6 +382,13 @@ std::string FakeLocale::format(double number, std::string_view pattern) const {
   return number < 0 ? "-" + result : result;
 }
 
+std::string FakeLocale::format_date(const DateTime& date) const {
+  std::string text = format_dmy(date);
+  if (!is_german()) text = text.substr(3, 2) + "/" + text.substr(0, 2) + "/" + text.substr(6);
+  const std::string time = format_iso(date).substr(11);
+  return time == "00:00:00" ? text : text + " " + time;
+}
+
 std::string FakeLocale::boolean_text(bool value) const {
   if (is_german()) return value ? "Wahr" : "Falsch";
   return value ? "True" : "False";

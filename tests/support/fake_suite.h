@@ -89,6 +89,8 @@ class FakeLocale : public UserLocale {
   // when the year comes first with four digits.
   std::optional<DateTime> to_date(std::string_view text) const override;
   std::string format(double number, std::string_view pattern) const override;
+  // German dd.mm.yyyy, English mm/dd/yyyy, with " hh:mm:ss" behind it unless it is midnight.
+  std::string format_date(const DateTime& date) const override;
   std::string boolean_text(bool value) const override;
 
  private:

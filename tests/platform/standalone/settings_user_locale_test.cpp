@@ -136,6 +136,20 @@ TEST(SettingsUserLocale, KnowsSeparatorAndWordsOfEachLanguage) {
   EXPECT_EQ(french.boolean_text(false), "Faux");
 }
 
+TEST(SettingsUserLocale, ShowsDatesInTheUsersOrderSoThatTheyReadBack) {
+  const std::pair<const char*, const char*> shown[] = {
+      {"DMY", "04.03.2025"}, {"MDY", "03/04/2025"}, {"YMD", "2025-03-04"}, {"YDM", "2025/04/03"}};
+  for (const auto& [order, day] : shown) {
+    const SettingsUserLocale locale("DE", order);
+    for (const auto& [time, date] :
+         {std::pair{"", DateTime{2025, 3, 4}}, std::pair{" 07:05", DateTime{2025, 3, 4, 7, 5}},
+          std::pair{" 07:05:09", DateTime{2025, 3, 4, 7, 5, 9}}}) {
+      EXPECT_EQ(locale.format_date(date), std::string(day) + time);
+      EXPECT_EQ(locale.to_date(std::string(day) + time), date) << order;
+    }
+  }
+}
+
 TEST(SettingsUserLocale, ReadsDatesInTheUsersOrder) {
   const DateTime third_of_april{2021, 4, 3};
   EXPECT_EQ(SettingsUserLocale("DE", "DMY").to_date("3.4.21"), third_of_april);
