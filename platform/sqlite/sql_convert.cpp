@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -70,10 +71,24 @@ Value text_to_bit(std::string_view text, const SqlType& type) {
   return *number != 0 ? 1 : 0;
 }
 
-std::string printed(const char* format, double number) {
+// Six digits; an exponent has three: "1e+006".
+std::string float_text(double number) {
   char buffer[64];
-  std::snprintf(buffer, sizeof buffer, format, number);
-  return buffer;
+  std::snprintf(buffer, sizeof buffer, "%.6g", number);
+  std::string result = buffer;
+  const std::size_t exponent = result.find('e');
+  if (exponent != std::string::npos && result.size() - exponent < 5) {
+    result.insert(exponent + 2, 1, '0');
+  }
+  return result;
+}
+
+// Eight, four, four, four and twelve hexadecimal digits.
+bool is_guid(std::string_view text) {
+  constexpr std::string_view kForm = "00000000-0000-0000-0000-000000000000";
+  return std::equal(text.begin(), text.end(), kForm.begin(), kForm.end(), [](char c, char form) {
+    return form == '-' ? c == '-' : std::isxdigit(static_cast<unsigned char>(c)) != 0;
+  });
 }
 
 struct DateStyle {
@@ -160,6 +175,9 @@ Value text_to_stored(std::string_view text, const SqlType& type) {
     case TypeClass::kBinary:
       throw DatabaseError("Implicit conversion from a text to data type varbinary is not allowed.",
                           "42000", 257);
+    case TypeClass::kGuid:
+      if (!is_guid(text::trim(text))) throw_bad_number(text, type);
+      return std::string(text::trim(text));
     default:
       return std::string(text);
   }
@@ -186,6 +204,16 @@ Value fit_stored(const Value& stored, const SqlType& type) {
   }
 }
 
+std::string number_text(std::string_view digits, const SqlType& from, const SqlType& to) {
+  if (to.size == 0 || text::length(digits) <= static_cast<std::size_t>(to.size)) {
+    return std::string(digits);
+  }
+  const bool starred = from.is_integer() && from.id != TypeId::kBigInt &&
+                       (to.id == TypeId::kChar || to.id == TypeId::kVarChar);
+  if (!starred) throw_overflow(to);
+  return "*";
+}
+
 std::string stored_to_text(const Value& stored, const SqlType& type, int style) {
   switch (type.type_class()) {
     case TypeClass::kDecimal:
@@ -193,7 +221,7 @@ std::string stored_to_text(const Value& stored, const SqlType& type, int style) 
                  stored, {TypeId::kDecimal, type.size, type.id == TypeId::kMoney ? 2 : type.scale})
           .text();
     case TypeClass::kFloat:
-      return printed("%.6g", as_double(stored));
+      return float_text(as_double(stored));
     case TypeClass::kDate:
       return date_text(read_stored_date(stored.text()), type.id, style);
     default:

@@ -23,6 +23,10 @@ Value fit_stored(const Value& stored, const SqlType& type);
 // CONVERT for dates. Raises DatabaseError for a style that is not known.
 std::string stored_to_text(const Value& stored, const SqlType& type, int style = 0);
 
+// The digits of a number of type from as a text of type to. What does not fit is a "*" for whole
+// numbers in the one-byte types, else it raises DatabaseError 22003.
+std::string number_text(std::string_view digits, const SqlType& from, const SqlType& to);
+
 // Days since 1900-01-01, the server's day zero.
 double date_to_days(const DateTime& date);
 DateTime days_to_date(double days);

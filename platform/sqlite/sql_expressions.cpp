@@ -1,5 +1,6 @@
 // Expressions and conditions: names, types and the conversions between operands.
 #include <algorithm>
+#include <array>
 
 #include "platform/error.h"
 #include "platform/sqlite/sql_convert.h"
@@ -12,12 +13,6 @@ namespace {
 
 constexpr SqlType kInt{TypeId::kInt, 0, 0};
 constexpr SqlType kDateTime{TypeId::kDateTime, 0, 0};
-
-// The arguments by which the database's conversion functions know a type.
-std::string type_arguments(const SqlType& type) {
-  return std::to_string(static_cast<int>(type.id)) + ", " + std::to_string(type.size) + ", " +
-         std::to_string(type.scale);
-}
 
 // Terms joined as a balanced tree, because the embedded database limits the depth of a chain.
 std::string balanced(const std::vector<std::string>& terms, std::size_t begin, std::size_t end,
@@ -33,18 +28,55 @@ bool nonzero_literal(const Fragment& fragment) {
   return fragment.number_literal && parse_number(fragment.sql).value_or(0) != 0;
 }
 
+const std::string& operand(const Fragment& fragment, const SqlType& common) {
+  return common.is_integer() && !fragment.unchecked.empty() ? fragment.unchecked : fragment.sql;
+}
+
+void check_integer(Fragment& arithmetic) {
+  arithmetic.unchecked = arithmetic.sql;
+  arithmetic.sql = "server_fit(" + arithmetic.sql + ", " + type_arguments(arithmetic.type) + ")";
+}
+
 // A divisor that raises the server's error when it is zero.
 std::string divisor(const Fragment& fragment) {
   return nonzero_literal(fragment) ? fragment.sql : "server_divisor(" + fragment.sql + ")";
 }
 
+// Leading zeros do not count.
 int digits_of(std::string_view number) {
-  int count = 0;
-  for (const char c : number) count += c >= '0' && c <= '9' ? 1 : 0;
-  return count;
+  number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
+  return static_cast<int>(
+      std::count_if(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; }));
+}
+
+// A whole-number literal counts in decimal arithmetic with the digits that it has.
+SqlType arithmetic_type(const Fragment& operand) {
+  if (!operand.number_literal || !operand.type.is_integer()) return operand.type;
+  return {TypeId::kDecimal, std::max(digits_of(operand.sql), 1), 0};
 }
 
 }  // namespace
+
+std::string type_arguments(const SqlType& type) {
+  return std::to_string(static_cast<int>(type.id)) + ", " + std::to_string(type.size) + ", " +
+         std::to_string(type.scale);
+}
+
+// A style that is not known is an error now and not only when a row comes.
+void Translator::check_style(int style, const SqlType& from, const SqlType& to,
+                             std::size_t offset) const {
+  if (style == 0) return;
+  if (from.is_date() && to.is_text()) {
+    stored_to_text(Value(format_stored_date(now_)), from, style);
+    return;
+  }
+  constexpr std::array<int, 7> kReadable = {20, 21, 23, 104, 112, 120, 121};
+  const bool readable = std::find(kReadable.begin(), kReadable.end(), style) != kReadable.end();
+  if (from.is_text() && to.is_date() && readable) return;
+  fail("The style " + std::to_string(style) + " is not supported for a conversion from " +
+           from.declaration() + " to " + to.declaration() + ".",
+       offset, 281);
+}
 
 std::string Translator::collated(const Fragment& fragment) {
   const bool text = fragment.type.is_text() || fragment.type.type_class() == TypeClass::kGuid;
@@ -261,6 +293,7 @@ Fragment Translator::minus(const Expr& expr) {
   result.type = operand.type;
   result.number_literal = operand.number_literal;
   result.sql = "(-" + operand.sql + ")";
+  if (result.type.is_integer() && !result.number_literal) check_integer(result);
   return result;
 }
 
@@ -303,18 +336,22 @@ Fragment Translator::arithmetic(const Expr& expr) {
     right = convert(std::move(right), common, expr.offset);
   }
   if (op == '/' || op == '%') {
-    const std::string dividend = common.is_integer() ? left.sql : "CAST(" + left.sql + " AS REAL)";
+    const std::string dividend =
+        common.is_integer() ? operand(left, common) : "CAST(" + left.sql + " AS REAL)";
     result.sql = "(" + dividend + " " + op + " " + divisor(right) + ")";
   } else {
-    result.sql = "(" + left.sql + " " + op + " " + right.sql + ")";
+    result.sql = "(" + operand(left, common) + " " + op + " " + operand(right, common) + ")";
   }
   if (common.id == TypeId::kDecimal) {
-    const SqlType a = left.type.type_class() == TypeClass::kNull ? right.type : left.type;
-    const SqlType b = right.type.type_class() == TypeClass::kNull ? left.type : right.type;
+    const SqlType a = arithmetic_type(left.type.type_class() == TypeClass::kNull ? right : left);
+    const SqlType b = arithmetic_type(right.type.type_class() == TypeClass::kNull ? left : right);
     result.type = decimal_result(op, a, b);
   }
   if (common.is_decimal()) {
-    result.sql = "server_round(" + result.sql + ", " + std::to_string(result.type.scale) + ")";
+    result.sql = (op == '/' ? "server_cut(" : "server_round(") + result.sql + ", " +
+                 std::to_string(result.type.scale) + ")";
+  } else if (common.is_integer()) {
+    check_integer(result);
   }
   return result;
 }
@@ -331,21 +368,22 @@ Fragment Translator::date_arithmetic(const Expr& expr, Fragment left, Fragment r
   Fragment result;
   result.type = date;
   const std::string sign = op == '-' ? "-" : "";
+  const std::string end = ", " + std::to_string(static_cast<int>(date.id)) + ")";
   const auto counts_days = [](const SqlType& type) {
     return type.is_number() || type.type_class() == TypeClass::kBit ||
            type.type_class() == TypeClass::kNull;
   };
   if (counts_days(right.type)) {
-    result.sql = "server_add_days(" + left.sql + ", " + sign + right.sql + ")";
+    result.sql = "server_add_days(" + left.sql + ", " + sign + right.sql + end;
     return result;
   }
   if (counts_days(left.type) && op == '+') {
-    result.sql = "server_add_days(" + right.sql + ", " + left.sql + ")";
+    result.sql = "server_add_days(" + right.sql + ", " + left.sql + end;
     return result;
   }
   left = convert(std::move(left), date, expr.offset);
   right = convert(std::move(right), date, expr.offset);
-  result.sql = "server_add_days(" + left.sql + ", " + sign + "server_days(" + right.sql + "))";
+  result.sql = "server_add_days(" + left.sql + ", " + sign + "server_days(" + right.sql + ")" + end;
   return result;
 }
 
@@ -391,6 +429,7 @@ Fragment Translator::cast(const Expr& expr) {
   }
   const SqlType& from = operand.type;
   const SqlType& to = expr.type;
+  check_style(style, from, to, expr.offset);
   Fragment result;
   result.type = to;
   if (from.type_class() == TypeClass::kNull) {
@@ -401,14 +440,12 @@ Fragment Translator::cast(const Expr& expr) {
       result.collated = operand.collated;
       return result;
     }
-    std::string text = as_text(operand).sql;
     if (from.is_date() && style != 0) {
-      // A style that is not known is an error now and not only when a row comes.
-      stored_to_text(Value(format_stored_date(now_)), from, style);
-      text = "server_to_text(" + operand.sql + ", " + type_arguments(from) + ", " +
-             std::to_string(style) + ")";
+      operand.sql = "server_to_text(" + operand.sql + ", " + type_arguments(from) + ", " +
+                    std::to_string(style) + ")";
+      operand.type = {TypeId::kVarChar, 40, 0};
     }
-    result.sql = to.size == 0 ? text : "substr(" + text + ", 1, " + std::to_string(to.size) + ")";
+    result.sql = text_of_size(operand, to);
   } else if (from.is_date() && (to.is_number())) {
     const std::string days = "server_days(" + operand.sql + ")";
     result.sql = to.is_integer()
@@ -419,6 +456,7 @@ Fragment Translator::cast(const Expr& expr) {
   }
   result.type = to;
   result.text_literal.reset();
+  result.unchecked.clear();
   result.number_literal = false;
   result.collated = false;
   result.column.clear();
@@ -545,6 +583,18 @@ Fragment Translator::as_text(Fragment from) {
   return result;
 }
 
+// As CAST and ISNULL do it: a text is cut, a number is never shortened to another one.
+std::string Translator::text_of_size(const Fragment& from, const SqlType& to) {
+  const Fragment text = as_text(from);
+  const bool fits = to.size == 0 || (text.type.size != 0 && text.type.size <= to.size);
+  if (fits) return text.sql;
+  if (from.type.is_number()) {
+    return "server_number_text(" + text.sql + ", " + type_arguments(from.type) + ", " +
+           type_arguments(to) + ")";
+  }
+  return "substr(" + text.sql + ", 1, " + std::to_string(to.size) + ")";
+}
+
 Fragment Translator::as_date(Fragment from, std::size_t offset) {
   if (from.type.is_date()) return from;
   return convert(std::move(from), kDateTime, offset);
@@ -556,12 +606,9 @@ Fragment Translator::convert_literal(const Fragment& from, const SqlType& to, st
   if (to.type_class() == TypeClass::kBinary) {
     fail("Implicit conversion from data type varchar to varbinary is not allowed.", offset, 257);
   }
-  SqlType target = to;
-  // A text is compared with a decimal by its own digits, not by the other's scale.
-  if (to.is_decimal()) target = {TypeId::kFloat, 0, 0};
   const auto number = to.is_number() ? parse_number(*from.text_literal) : std::nullopt;
   if (to.is_number() && !number) throw_bad_number(*from.text_literal, to);
-  result.sql = stored_literal(text_to_stored(*from.text_literal, target));
+  result.sql = stored_literal(text_to_stored(*from.text_literal, to));
   return result;
 }
 
@@ -582,18 +629,18 @@ Fragment Translator::convert(Fragment from, const SqlType& to, std::size_t offse
     return result;
   }
   if (from.text_literal && source != target) return convert_literal(from, to, offset);
-  if (source == TypeClass::kText && target != TypeClass::kGuid && target != TypeClass::kBinary) {
-    SqlType read_as = to;
-    if (to.is_decimal()) read_as = {TypeId::kFloat, 0, 0};
-    return converted("server_from_text(" + from.sql + ", " + type_arguments(read_as) + ")");
+  if (source == TypeClass::kText && target != TypeClass::kBinary) {
+    return converted("server_from_text(" + from.sql + ", " + type_arguments(to) + ")");
   }
+  const bool clash = (from.type.id == TypeId::kTime && to.is_date() && to.id != TypeId::kTime) ||
+                     (from.type.id == TypeId::kDate && to.id == TypeId::kTime);
   if (target == TypeClass::kDate && (from.type.is_number() || source == TypeClass::kBit)) {
-    return converted("server_days_to_date(" + from.sql + ")");
+    return converted("server_days_to_date(" + from.sql + ", " +
+                     std::to_string(static_cast<int>(to.id)) + ")");
   }
   const bool both_numbers = (to.is_number() || target == TypeClass::kBit) &&
                             (from.type.is_number() || source == TypeClass::kBit);
-  const bool both_texts = target == TypeClass::kGuid && source == TypeClass::kText;
-  if (source == target || both_numbers || both_texts) return from;
+  if (!clash && (source == target || both_numbers)) return from;
   fail("Operand type clash: " + from.type.declaration() + " is incompatible with " +
            to.declaration() + ".",
        offset, 206);
@@ -602,7 +649,7 @@ Fragment Translator::convert(Fragment from, const SqlType& to, std::size_t offse
 Fragment Translator::assign(Fragment from, const SqlType& to, std::size_t offset) {
   const SqlType source = from.type;
   if (source.type_class() == TypeClass::kNull) return from;
-  if (from.text_literal && !to.is_text() && to.type_class() != TypeClass::kGuid) {
+  if (from.text_literal && !to.is_text()) {
     if (to.type_class() == TypeClass::kBinary) return convert_literal(from, to, offset);
     Fragment result;
     result.type = to;
@@ -615,22 +662,22 @@ Fragment Translator::assign(Fragment from, const SqlType& to, std::size_t offset
          offset, 257);
   }
   Fragment result = convert(std::move(from), to, offset);
-  const bool text_to_number = source.is_text() && (to.is_decimal());
-  bool narrower = text_to_number;
+  bool narrower = false;
   if (to.is_integer()) narrower = !source.is_integer() || source.id > to.id;
   if (to.type_class() == TypeClass::kBit) narrower = source.type_class() != TypeClass::kBit;
   if (to.is_decimal()) {
     const SqlType as =
         source.is_integer() || source.type_class() == TypeClass::kBit ? as_decimal(source) : source;
-    narrower = narrower || !as.is_decimal() || as.scale > to.scale ||
-               as.size - as.scale > to.size - to.scale;
+    narrower = !as.is_decimal() || as.scale > to.scale || as.size - as.scale > to.size - to.scale;
   }
-  if (to.is_date())
-    narrower = source.is_date() ? source.id != to.id && to.id != TypeId::kDateTime
-                                : source.is_number() && to.id != TypeId::kDateTime;
-  if (source.is_text() && !to.is_decimal()) narrower = false;
+  if (to.is_date()) narrower = source.is_date() && source.id != to.id && to.id != TypeId::kDateTime;
+  if (source.is_text()) narrower = false;
+  if (source.id == TypeId::kMoney && to.is_integer()) {
+    result.sql = "server_round(" + result.sql + ", 0)";
+  }
   if (narrower && !to.is_text()) {
     result.sql = "server_fit(" + result.sql + ", " + type_arguments(to) + ")";
+    result.unchecked.clear();
     result.number_literal = false;
     result.collated = false;
     result.column.clear();

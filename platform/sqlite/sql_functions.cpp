@@ -19,7 +19,7 @@ struct FunctionTable {
   };
   static constexpr std::size_t kMany = 1'000;
   // clang-format off
-  static constexpr std::array<Row, 32> kRows = {{
+  static constexpr std::array<Row, 31> kRows = {{
       {"ISNULL",        2, 2,     &Translator::isnull},
       {"COALESCE",      2, kMany, &Translator::coalesce},
       {"NULLIF",        2, 2,     &Translator::nullif},
@@ -44,7 +44,6 @@ struct FunctionTable {
       {"DATEDIFF",      3, 3,     &Translator::datediff},
       {"DATEPART",      2, 2,     &Translator::datepart},
       {"GETDATE",       0, 0,     &Translator::getdate},
-      {"SYSDATETIME",   0, 0,     &Translator::getdate},
       {"OBJECT_ID",     1, 1,     &Translator::object_id},
       {"COUNT",         0, 1,     &Translator::aggregate},
       {"COUNT_BIG",     0, 1,     &Translator::aggregate},
@@ -101,7 +100,11 @@ Fragment Translator::isnull(const Expr& expr) {
   const Fragment first = value(*expr.parts[0]);
   Fragment second = value(*expr.parts[1]);
   const SqlType type = first.type.type_class() == TypeClass::kNull ? second.type : first.type;
-  second = assign(std::move(second), type, expr.offset);
+  if (type.is_text() && second.type.type_class() != TypeClass::kNull) {
+    second.sql = text_of_size(second, type);
+  } else {
+    second = assign(std::move(second), type, expr.offset);
+  }
   return fragment("ifnull(" + first.sql + ", " + second.sql + ")", type);
 }
 
@@ -218,7 +221,7 @@ Fragment Translator::date_piece(const Expr& expr) {
   return fragment("CAST(substr(" + date.sql + ", " + range + ") AS INTEGER)", kInt);
 }
 
-std::string Translator::date_part_code(const Expr& expr) {
+std::string Translator::date_part_code(const Expr& expr, const SqlType& date) {
   const Expr& part = *expr.parts[0];
   const auto found = part.kind == ExprKind::kColumn && part.qualifier.empty()
                          ? date_part_named(part.text)
@@ -226,31 +229,39 @@ std::string Translator::date_part_code(const Expr& expr) {
   if (!found) {
     fail("'" + part.text + "' is not a recognized " + expr.text + " option.", part.offset, 155);
   }
+  const bool of_day = *found >= DatePart::kHour;
+  if ((of_day && date.id == TypeId::kDate) || (!of_day && date.id == TypeId::kTime)) {
+    fail("The datepart " + part.text + " is not supported by " + expr.text + " for data type " +
+             date.declaration() + ".",
+         part.offset, 9810);
+  }
   return std::to_string(static_cast<int>(*found));
 }
 
 Fragment Translator::dateadd(const Expr& expr) {
-  const std::string part = date_part_code(expr);
   const std::string count = number_argument(expr, 1, TypeId::kInt).sql;
   const Fragment date = as_date(value(*expr.parts[2]), expr.offset);
-  return fragment("server_dateadd(" + part + ", " + count + ", " + date.sql + ")", date.type);
+  const std::string part = date_part_code(expr, date.type);
+  return fragment("server_dateadd(" + part + ", " + count + ", " + date.sql + ", " +
+                      std::to_string(static_cast<int>(date.type.id)) + ")",
+                  date.type);
 }
 
 Fragment Translator::datediff(const Expr& expr) {
-  const std::string part = date_part_code(expr);
   const Fragment first = as_date(value(*expr.parts[1]), expr.offset);
   const Fragment second = as_date(value(*expr.parts[2]), expr.offset);
+  const std::string part = date_part_code(expr, kDateTime);
   return fragment("server_datediff(" + part + ", " + first.sql + ", " + second.sql + ")", kInt);
 }
 
 Fragment Translator::datepart(const Expr& expr) {
-  const std::string part = date_part_code(expr);
   const Fragment date = as_date(value(*expr.parts[1]), expr.offset);
+  const std::string part = date_part_code(expr, date.type);
   return fragment("server_datepart(" + part + ", " + date.sql + ")", kInt);
 }
 
 Fragment Translator::getdate(const Expr&) {
-  return fragment(stored_literal(format_stored_date(now_)), kDateTime);
+  return fragment(stored_literal(format_stored_date(fit_date(now_, TypeId::kDateTime))), kDateTime);
 }
 
 Fragment Translator::object_id(const Expr& expr) {
@@ -300,17 +311,17 @@ Fragment Translator::aggregate(const Expr& expr) {
   if (least_or_greatest) return fragment(call(expr.text), type);
   if (type.is_integer()) {
     if (type.id < TypeId::kInt) type = kInt;
+    const std::string sum = "server_fit(" + call("SUM") + ", " + type_arguments(type) + ")";
     // The server's average of whole numbers is a whole number.
-    return fragment(
-        expr.text == "SUM" ? call("SUM") : "(" + call("SUM") + " / " + call("COUNT") + ")", type);
+    return fragment(expr.text == "SUM" ? sum : "(" + sum + " / " + call("COUNT") + ")", type);
   }
   if (!type.is_decimal()) return fragment(call(expr.text), {TypeId::kFloat, 0, 0});
   if (type.id == TypeId::kDecimal) {
     type = {TypeId::kDecimal, kMaxPrecision,
             expr.text == "SUM" ? type.scale : std::max(type.scale, 6)};
   }
-  return fragment("server_round(" + call(expr.text) + ", " + std::to_string(type.scale) + ")",
-                  type);
+  const std::string fit = expr.text == "SUM" ? "server_round(" : "server_cut(";
+  return fragment(fit + call(expr.text) + ", " + std::to_string(type.scale) + ")", type);
 }
 
 }  // namespace kestrova::sql

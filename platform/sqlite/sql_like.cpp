@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <vector>
 
+#include "platform/error.h"
 #include "platform/text.h"
 
 namespace kestrova::sql {
@@ -40,45 +42,69 @@ struct Element {
     if (kind == kCharacter) return c == character;
     if (kind != kSet) return true;
     const bool in = std::any_of(ranges.begin(), ranges.end(), [&](const auto& range) {
-      return range.first <= c && c <= range.second;
+      return c == range.first ||
+             (compare_texts(range.first, c) <= 0 && compare_texts(c, range.second) <= 0);
     });
     return in != negated;
   }
 };
 
-std::vector<Element> read_pattern(const Characters& pattern, const std::string& escape) {
-  std::vector<Element> result;
-  for (std::size_t i = 0; i < pattern.size(); ++i) {
-    Element element;
-    element.character = pattern[i];
-    if (!escape.empty() && pattern[i] == escape && i + 1 < pattern.size()) {
-      element.character = pattern[++i];
-    } else if (pattern[i] == "%") {
-      element.kind = Element::kAnyText;
-    } else if (pattern[i] == "_") {
-      element.kind = Element::kAnyCharacter;
-    } else if (pattern[i] == "[") {
-      element.kind = Element::kSet;
-      std::size_t at = i + 1;
-      if (at < pattern.size() && pattern[at] == "^") {
-        element.negated = true;
-        ++at;
+// Reads a pattern into its elements; nothing when it can match no text: it has a set that is not
+// closed, or ends with the escape character.
+class PatternReader {
+ public:
+  PatternReader(const Characters& pattern, std::string_view escape)
+      : pattern_(pattern), escape_(escape) {}
+
+  std::optional<std::vector<Element>> run() {
+    std::vector<Element> result;
+    for (at_ = 0; at_ < pattern_.size(); ++at_) {
+      Element element;
+      if (is_escape()) {
+        if (++at_ == pattern_.size()) return std::nullopt;
+      } else if (pattern_[at_] == "%") {
+        element.kind = Element::kAnyText;
+      } else if (pattern_[at_] == "_") {
+        element.kind = Element::kAnyCharacter;
+      } else if (pattern_[at_] == "[") {
+        element.kind = Element::kSet;
+        if (!read_set(element)) return std::nullopt;
       }
-      for (const std::size_t first = at; at < pattern.size() && (pattern[at] != "]" || at == first);
-           ++at) {
-        if (at + 2 < pattern.size() && pattern[at + 1] == "-" && pattern[at + 2] != "]") {
-          element.ranges.emplace_back(pattern[at], pattern[at + 2]);
-          at += 2;
-        } else {
-          element.ranges.emplace_back(pattern[at], pattern[at]);
-        }
-      }
-      i = at;  // an unclosed set is no set that anything is in
+      if (element.kind == Element::kCharacter) element.character = pattern_[at_];
+      result.push_back(std::move(element));
     }
-    result.push_back(std::move(element));
+    return result;
   }
-  return result;
-}
+
+ private:
+  bool is_escape() const { return !escape_.empty() && pattern_[at_] == escape_; }
+
+  // From "[" to "]".
+  bool read_set(Element& set) {
+    if (++at_ < pattern_.size() && pattern_[at_] == "^") {
+      set.negated = true;
+      ++at_;
+    }
+    while (at_ < pattern_.size() && pattern_[at_] != "]") {
+      if (is_escape() && ++at_ == pattern_.size()) return false;
+      const std::string& first = pattern_[at_++];
+      const bool range =
+          at_ + 1 < pattern_.size() && pattern_[at_] == "-" && pattern_[at_ + 1] != "]";
+      if (range) ++at_;
+      if (range && is_escape() && ++at_ == pattern_.size()) return false;
+      set.ranges.emplace_back(first, range ? pattern_[at_++] : first);
+    }
+    if (at_ == pattern_.size()) return false;
+    if (set.ranges.empty()) {
+      throw DatabaseError("The empty set '[]' in a LIKE pattern is not supported.", "42000", 102);
+    }
+    return true;
+  }
+
+  const Characters& pattern_;
+  std::string escape_;
+  std::size_t at_ = 0;
+};
 
 bool matches(const Characters& text, const std::vector<Element>& pattern, bool overlook_blanks) {
   // Where the last "%" was, to try it with one more character.
@@ -171,8 +197,9 @@ int compare_texts(std::string_view a, std::string_view b) {
 
 bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape,
                      bool overlook_blanks) {
-  return matches(characters(text, true),
-                 read_pattern(characters(pattern, true), text::upper(escape)), overlook_blanks);
+  const Characters letters = characters(pattern, true);
+  const auto elements = PatternReader(letters, text::upper(escape)).run();
+  return elements && matches(characters(text, true), *elements, overlook_blanks);
 }
 
 std::size_t position_of(std::string_view needle, std::string_view text) {

@@ -12,8 +12,10 @@ namespace kestrova::sql {
 int compare_texts(std::string_view a, std::string_view b);
 
 // LIKE: "%" stands for any text, "_" for one character, "[a-f]" for one of these, "[^a-f]" for one
-// that is none of these. The character behind the escape character (if any) stands for itself.
-// With overlook_blanks, blanks that end the text may be missing in the pattern.
+// that is none of these. The character behind the escape character (if any) stands for itself. A
+// pattern with a set that is not closed or with nothing behind the escape character matches
+// nothing; an empty set raises DatabaseError. With overlook_blanks, blanks that end the text may be
+// missing in the pattern.
 bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape,
                      bool overlook_blanks);
 

@@ -419,8 +419,8 @@ std::string Translator::write_join(const FromItem& item) {
 }
 
 bool Translator::has_aggregate(const Expr& expr) {
-  static const std::set<std::string, std::less<>> kAggregates = {"COUNT", "SUM", "MIN", "MAX",
-                                                                 "AVG"};
+  static const std::set<std::string, std::less<>> kAggregates = {"COUNT", "COUNT_BIG", "SUM",
+                                                                 "MIN",   "MAX",       "AVG"};
   if (expr.kind == ExprKind::kFunction && kAggregates.contains(expr.text)) return true;
   return std::any_of(expr.parts.begin(), expr.parts.end(),
                      [](const ExprPtr& part) { return has_aggregate(*part); });

@@ -19,6 +19,9 @@ namespace kestrova::sql {
 // The collation of all texts: no regard to case or trailing blanks.
 inline constexpr std::string_view kTextCollation = "server_text";
 
+// The arguments by which the embedded database's conversion functions know a type.
+std::string type_arguments(const SqlType& type);
+
 // An expression in the embedded database's SQL with its type.
 struct Fragment {
   std::string sql;
@@ -27,6 +30,9 @@ struct Fragment {
   bool collated = false;
   // The text of a text literal, whose conversion is done once and not per row.
   std::optional<std::string> text_literal;
+  // Whole-number arithmetic before its result is checked against the type: what longer arithmetic
+  // goes on from, so that a chain is checked once.
+  std::string unchecked;
   // A number literal.
   bool number_literal = false;
   // Name of the table column that it stands for, if any.
@@ -176,7 +182,9 @@ class Translator {
   Fragment convert_literal(const Fragment& from, const SqlType& to, std::size_t offset);
   Fragment assign(Fragment from, const SqlType& to, std::size_t offset);
   Fragment as_text(Fragment from);
+  std::string text_of_size(const Fragment& from, const SqlType& to);
   Fragment as_date(Fragment from, std::size_t offset);
+  void check_style(int style, const SqlType& from, const SqlType& to, std::size_t offset) const;
   static std::string collated(const Fragment& fragment);
 
   // --- functions (sql_functions.cpp) ---
@@ -202,7 +210,7 @@ class Translator {
   Fragment object_id(const Expr& expr);
   Fragment aggregate(const Expr& expr);
   Fragment number_argument(const Expr& expr, std::size_t index, TypeId type);
-  std::string date_part_code(const Expr& expr);
+  std::string date_part_code(const Expr& expr, const SqlType& date);
 
   // --- statements (sql_statements.cpp) ---
   std::string values_row(const InsertStatement& statement, const std::vector<ExprPtr>& row,

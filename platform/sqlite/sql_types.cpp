@@ -24,7 +24,7 @@ struct TypeRow {
 };
 
 // clang-format off
-constexpr std::array<TypeRow, 31> kTypes = {{
+constexpr std::array<TypeRow, 30> kTypes = {{
     {"nvarchar",         TypeId::kNVarChar,      TypeClass::kText,    FieldType::kVarWChar,        FieldType::kLongVarWChar,  Arguments::kSize},
     {"varchar",          TypeId::kVarChar,       TypeClass::kText,    FieldType::kVarChar,         FieldType::kLongVarChar,   Arguments::kSize},
     {"nchar",            TypeId::kNChar,         TypeClass::kText,    FieldType::kWChar,           FieldType::kWChar,         Arguments::kSize},
@@ -46,7 +46,6 @@ constexpr std::array<TypeRow, 31> kTypes = {{
     {"money",            TypeId::kMoney,         TypeClass::kDecimal, FieldType::kCurrency,        FieldType::kCurrency,      Arguments::kNone},
     {"smallmoney",       TypeId::kMoney,         TypeClass::kDecimal, FieldType::kCurrency,        FieldType::kCurrency,      Arguments::kNone},
     {"datetime",         TypeId::kDateTime,      TypeClass::kDate,    FieldType::kDBTimeStamp,     FieldType::kDBTimeStamp,   Arguments::kNone},
-    {"datetime2",        TypeId::kDateTime,      TypeClass::kDate,    FieldType::kDBTimeStamp,     FieldType::kDBTimeStamp,   Arguments::kSize},
     {"smalldatetime",    TypeId::kSmallDateTime, TypeClass::kDate,    FieldType::kDBTimeStamp,     FieldType::kDBTimeStamp,   Arguments::kNone},
     {"date",             TypeId::kDate,          TypeClass::kDate,    FieldType::kDBDate,          FieldType::kDBDate,        Arguments::kNone},
     {"time",             TypeId::kTime,          TypeClass::kDate,    FieldType::kDBTime,          FieldType::kDBTime,        Arguments::kSize},
@@ -63,6 +62,43 @@ const TypeRow& row_of(TypeId id) {
   return *std::find_if(kTypes.begin(), kTypes.end(),
                        [id](const TypeRow& row) { return row.id == id; });
 }
+
+// What rounds into the reach of a type.
+struct DateRange {
+  TypeId id;
+  DateTime first;
+  DateTime last;
+};
+
+constexpr std::array<DateRange, 2> kDateRanges = {{
+    {TypeId::kDateTime, {1753, 1, 1, 0, 0, 0, 0}, {9999, 12, 31, 23, 59, 59, 998'000'000}},
+    {TypeId::kSmallDateTime, {1900, 1, 1, 0, 0, 0, 0}, {2079, 6, 6, 23, 59, 29, 998'000'000}},
+}};
+
+void check_range(const DateTime& date, TypeId type) {
+  for (const DateRange& range : kDateRanges) {
+    if (range.id != type || (range.first <= date && date <= range.last)) continue;
+    throw DatabaseError("The conversion to data type " + std::string(row_of(type).name) +
+                            " resulted in an out-of-range value.",
+                        "22007", 242);
+  }
+}
+
+// A datetime keeps three-hundredths of a second, told with three digits: .000, .003, .007, .010.
+DateTime at_tick(DateTime date) {
+  const int tick = (date.nanosecond / 1'000'000 * 3 + 5) / 10;
+  date.nanosecond = (tick % 300 * 10 + 1) / 3 * 1'000'000;
+  return tick < 300 ? date : from_day_count(to_day_count(date) + 1.0 / 86'400);
+}
+
+DateTime at_minute(DateTime date) {
+  const bool up = date.second * 1'000 + date.nanosecond / 1'000'000 > 29'998;
+  date.second = date.nanosecond = 0;
+  return up ? from_day_count(to_day_count(date) + 1.0 / 1'440) : date;
+}
+
+// The server's reading of a two-digit year; that of its clients is full_year.
+int server_year(int two_digits) { return two_digits + (two_digits < 50 ? 2000 : 1900); }
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
@@ -115,7 +151,7 @@ bool scan_day(Scanner& in, DateTime& date) {
   }
   const std::size_t year_digits = in.digits_ahead();
   if ((year_digits != 2 && year_digits != 4) || !in.fixed(date.year, year_digits)) return false;
-  if (year_digits == 2) date.year = full_year(date.year);
+  if (year_digits == 2) date.year = server_year(date.year);
   return true;
 }
 
@@ -125,11 +161,29 @@ bool scan_time(Scanner& in, DateTime& date) {
     if (!in.number(date.second, 1, 2)) return false;
     if (in.accept('.')) {
       const std::size_t digits = in.digits_ahead();
-      if (!in.number(date.nanosecond, 1, 9)) return false;
+      if (!in.number(date.nanosecond, 1, 3)) return false;
       for (std::size_t i = digits; i < 9; ++i) date.nanosecond *= 10;
     }
   }
   return date.hour < 24 && date.minute < 60 && date.second < 60;
+}
+
+// A number with so many decimal places, the others rounded away or cut off.
+double with_places(double number, int places, bool round) {
+  if (!std::isfinite(number) || number == 0) return number;
+  // The first 15 digits are the decimal that was meant; what follows is binary noise.
+  char digits[64];
+  std::snprintf(digits, sizeof digits, "%.14e", std::fabs(number));
+  const int exponent = std::atoi(digits + 17);
+  const int kept = exponent + 1 + places;  // significant digits to keep
+  if (kept >= kExactDigits) return std::copysign(std::strtod(digits, nullptr), number);
+  if (kept < 0) return 0;
+  std::string significant = digits[0] + std::string(digits + 2, 14);
+  const bool up = round && significant[static_cast<std::size_t>(kept)] >= '5';
+  const std::string whole = significant.substr(0, static_cast<std::size_t>(kept));
+  const std::int64_t mantissa = (whole.empty() ? 0 : std::stoll(whole)) + (up ? 1 : 0);
+  const std::string rounded = std::to_string(mantissa) + "e" + std::to_string(-places);
+  return std::copysign(std::strtod(rounded.c_str(), nullptr), number);
 }
 
 }  // namespace
@@ -266,12 +320,13 @@ std::optional<DateTime> parse_date(std::string_view text) {
   while (in.accept(' ')) {
   }
   if (!scan_time(in, date) || !in.at_end()) return std::nullopt;
-  // Stored dates have milliseconds.
-  date.nanosecond -= date.nanosecond % 1'000'000;
   return date;
 }
 
 DateTime fit_date(DateTime date, TypeId type) {
+  check_range(date, type);
+  if (type == TypeId::kDateTime) return at_tick(date);
+  if (type == TypeId::kSmallDateTime) return at_minute(date);
   if (type == TypeId::kDate) {
     date.hour = date.minute = date.second = date.nanosecond = 0;
   } else if (type == TypeId::kTime) {
@@ -279,10 +334,6 @@ DateTime fit_date(DateTime date, TypeId type) {
     date.year = day_zero.year;
     date.month = day_zero.month;
     date.day = day_zero.day;
-  } else if (type == TypeId::kSmallDateTime) {
-    const bool up = date.second >= 30;
-    date.second = date.nanosecond = 0;
-    if (up) date = from_day_count(to_day_count(date) + 1.0 / 1440.0);
   }
   return date;
 }
@@ -310,22 +361,9 @@ std::optional<std::int64_t> parse_integer(std::string_view text) {
   return number;
 }
 
-double round_decimal(double number, int places) {
-  if (!std::isfinite(number) || number == 0) return number;
-  // The first 15 digits are the decimal that was meant; what follows is binary noise.
-  char digits[64];
-  std::snprintf(digits, sizeof digits, "%.14e", std::fabs(number));
-  const int exponent = std::atoi(digits + 17);
-  const int kept = exponent + 1 + places;  // significant digits to keep
-  if (kept >= kExactDigits) return std::copysign(std::strtod(digits, nullptr), number);
-  if (kept < 0) return 0;
-  std::string significant = digits[0] + std::string(digits + 2, 14);
-  const bool up = significant[static_cast<std::size_t>(kept)] >= '5';
-  const std::string whole = significant.substr(0, static_cast<std::size_t>(kept));
-  const std::int64_t mantissa = (whole.empty() ? 0 : std::stoll(whole)) + (up ? 1 : 0);
-  const std::string rounded = std::to_string(mantissa) + "e" + std::to_string(-places);
-  return std::copysign(std::strtod(rounded.c_str(), nullptr), number);
-}
+double round_decimal(double number, int places) { return with_places(number, places, true); }
+
+double cut_decimal(double number, int places) { return with_places(number, places, false); }
 
 std::string decimal_digits(double number, int scale) {
   char buffer[400];

@@ -93,8 +93,9 @@ DateTime read_stored_date(std::string_view stored);
 // with or without hh:mm[:ss[.fff]]. Nothing for any other text and for a day that does not exist.
 std::optional<DateTime> parse_date(std::string_view text);
 
-// A date as a column of the type keeps it: a date loses its time, a smalldatetime is rounded to the
-// minute, a time loses its day.
+// A date as a column of the type keeps it: a date loses its time, a time its day; a smalldatetime
+// is rounded to the minute, a datetime to a three-hundredth of a second. Raises DatabaseError 22007
+// outside the years of the type.
 DateTime fit_date(DateTime date, TypeId type);
 
 // The number that a text spells (sign, digits, point, exponent; blanks around it), or nothing.
@@ -103,6 +104,9 @@ std::optional<std::int64_t> parse_integer(std::string_view text);
 
 // Rounds half away from zero by the number's decimal digits, as a decimal of the server does.
 double round_decimal(double number, int places);
+
+// The same without rounding, as the server divides.
+double cut_decimal(double number, int places);
 
 // The digits of a decimal with its scale: "12.50".
 std::string decimal_digits(double number, int scale);

@@ -80,11 +80,15 @@ void to_text(const Call& call) {
       stored_to_text(call.stored(0), call.type(1), static_cast<int>(call.integer(4)));
   call.give(std::string_view(text));
 }
-void fit(const Call& call) { call.give(fit_stored(call.stored(0), call.type(1))); }
-void give_rounded(const Call& call) {
-  const auto places = std::clamp<std::int64_t>(call.integer(1), -400, 400);
-  call.give(round_decimal(call.number(0), static_cast<int>(places)));
+void give_number_text(const Call& call) {
+  call.give(std::string_view(number_text(call.text(0), call.type(1), call.type(4))));
 }
+void fit(const Call& call) { call.give(fit_stored(call.stored(0), call.type(1))); }
+int places(const Call& call) {
+  return static_cast<int>(std::clamp<std::int64_t>(call.integer(1), -400, 400));
+}
+void give_rounded(const Call& call) { call.give(round_decimal(call.number(0), places(call))); }
+void give_cut(const Call& call) { call.give(cut_decimal(call.number(0), places(call))); }
 void give_divisor(const Call& call) {
   if (call.number(0) == 0) throw DatabaseError("Divide by zero error encountered.", "22012", 8134);
   call.give_argument(0);
@@ -101,19 +105,23 @@ void give_single(const Call& call) {
 }
 void give_missing_key(const Call& call) { throw missing_value(std::string(call.text(0))); }
 void give_now(const Call& call) {
-  call.give(std::string_view(format_stored_date(call.state().now)));
+  call.give(std::string_view(format_stored_date(fit_date(call.state().now, TypeId::kDateTime))));
 }
 
 void give_date(const Call& call, const DateTime& date) {
   call.give(std::string_view(format_stored_date(date)));
 }
 void give_day_count(const Call& call) { call.give(date_to_days(call.date(0))); }
-void give_date_of_days(const Call& call) { give_date(call, days_to_date(call.number(0))); }
+void give_date_of_days(const Call& call) {
+  give_date(call, fit_date(days_to_date(call.number(0)), static_cast<TypeId>(call.integer(1))));
+}
 void add_days(const Call& call) {
-  give_date(call, days_to_date(date_to_days(call.date(0)) + call.number(1)));
+  const DateTime sum = days_to_date(date_to_days(call.date(0)) + call.number(1));
+  give_date(call, fit_date(sum, static_cast<TypeId>(call.integer(2))));
 }
 void dateadd(const Call& call) {
-  give_date(call, add_to_date(call.part(0), call.integer(1), call.date(2)));
+  const DateTime sum = add_to_date(call.part(0), call.integer(1), call.date(2));
+  give_date(call, fit_date(sum, static_cast<TypeId>(call.integer(3))));
 }
 void datediff(const Call& call) {
   call.give(date_difference(call.part(0), call.date(1), call.date(2)));
@@ -162,19 +170,21 @@ struct FunctionRow {
 };
 
 // clang-format off
-constexpr std::array<FunctionRow, 22> kFunctions = {{
+constexpr std::array<FunctionRow, 24> kFunctions = {{
     {"server_missing_key", 1, give_missing_key},
     {"server_from_text",    4, from_text},
     {"server_to_text",      5, to_text},
+    {"server_number_text",  7, give_number_text},
     {"server_fit",          4, fit},
     {"server_round",        2, give_rounded},
+    {"server_cut",          2, give_cut},
     {"server_divisor",      1, give_divisor},
     {"server_single",       2, give_single},
     {"server_now",          0, give_now},
     {"server_days",         1, give_day_count},
-    {"server_days_to_date", 1, give_date_of_days},
-    {"server_add_days",     2, add_days},
-    {"server_dateadd",      3, dateadd},
+    {"server_days_to_date", 2, give_date_of_days},
+    {"server_add_days",     3, add_days},
+    {"server_dateadd",      4, dateadd},
     {"server_datediff",     3, datediff},
     {"server_datepart",     2, datepart},
     {"server_like",         4, like},
