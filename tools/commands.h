@@ -15,6 +15,12 @@ void show_fields(const GlobalOptions& options, const FieldsArguments& arguments,
 void translate_filter(const GlobalOptions& options, const TranslateArguments& arguments,
                       std::ostream& out);
 void run_filter(const GlobalOptions& options, const RunArguments& arguments, std::ostream& out);
+void describe_filter(const GlobalOptions& options, const DescribeArguments& arguments,
+                     std::ostream& out);
+void show_models(const GlobalOptions& options, const ModelsArguments& arguments, std::ostream& out);
+void show_values(const GlobalOptions& options, const ValuesArguments& arguments, std::ostream& out);
+// Whether every stored filter is sound.
+bool audit(const GlobalOptions& options, const AuditArguments& arguments, std::ostream& out);
 void materialise(const GlobalOptions& options, const MaterialiseArguments& arguments,
                  std::ostream& out);
 void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments,

@@ -1,46 +1,257 @@
 #include "tools/criteria_check.h"
 
-#include <string>
+#include <algorithm>
+#include <array>
 
 #include "platform/error.h"
 #include "platform/text.h"
 #include "tools/sql_pieces.h"
+#include "tools/values.h"
 
 namespace kestrova::tool {
 namespace {
+
+struct ReasonText {
+  FaultReason reason;
+  std::string_view text;
+};
+
+// A date in a quoted text: how it looks ("0" for a digit), and where its parts begin.
+struct DateShape {
+  std::string_view shape;
+  std::size_t year;
+  std::size_t month;
+  std::size_t day;
+};
+
+// clang-format off
+constexpr std::array kReasonTexts = {
+    ReasonText{FaultReason::kUnknownRelation, "unknown relation"},
+    ReasonText{FaultReason::kUnknownField, "unknown field"},
+    ReasonText{FaultReason::kHalfRecord, "half a record"},
+    ReasonText{FaultReason::kEmptyRecord, "empty record"},
+    ReasonText{FaultReason::kOrLine, "OR line without criteria on both sides"},
+    ReasonText{FaultReason::kValue, "value that is no literal of the field's type"},
+    ReasonText{FaultReason::kQuote, "quote that is not closed"},
+    ReasonText{FaultReason::kParenthesis, "stray parenthesis or comment"},
+    ReasonText{FaultReason::kTranslation, "refused by the library"},
+    ReasonText{FaultReason::kServer, "refused by the server"},
+};
+
+constexpr std::array kDateShapes = {
+    DateShape{"00.00.0000", 6, 3, 0},
+    DateShape{"0000-00-00", 0, 5, 8},
+    DateShape{"00000000", 0, 4, 6},
+};
+
+constexpr std::array<std::string_view, 4> kTimeShapes = {"", "00:00", "00:00:00", "00:00:00.000"};
+constexpr std::array<std::string_view, 4> kBooleans = {"0", "1", "TRUE", "FALSE"};
+// clang-format on
+
+struct RecordFault {
+  FaultReason reason;
+  std::string_view what;
+};
 
 bool begins_comment(const SqlPiece& piece, const SqlPiece& next) {
   return (piece.is_symbol('-') && next.is_symbol('-')) ||
          (piece.is_symbol('/') && next.is_symbol('*'));
 }
 
-// What is wrong with a record, "" for nothing.
-std::string_view fault_of(std::string_view record) {
+std::optional<RecordFault> sql_fault_of(std::string_view record) {
   const std::vector<SqlPiece> pieces = split_sql(record);
   int depth = 0;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
-    if (!pieces[i].closed) return "its quote is not closed; a value cannot hold \";\"";
+    if (!pieces[i].closed) {
+      return RecordFault{FaultReason::kQuote, "its quote is not closed; a value cannot hold \";\""};
+    }
     if (i + 1 < pieces.size() && begins_comment(pieces[i], pieces[i + 1])) {
-      return "it holds a comment";
+      return RecordFault{FaultReason::kParenthesis, "it holds a comment"};
     }
     if (pieces[i].is_symbol('(')) ++depth;
-    if (pieces[i].is_symbol(')') && --depth < 0) return "a \")\" has no \"(\" before it";
+    if (pieces[i].is_symbol(')') && --depth < 0) {
+      return RecordFault{FaultReason::kParenthesis, "a \")\" has no \"(\" before it"};
+    }
   }
-  return depth > 0 ? "a \")\" is missing" : "";
+  if (depth > 0) return RecordFault{FaultReason::kParenthesis, "a \")\" is missing"};
+  return std::nullopt;
+}
+
+bool has_shape(std::string_view s, std::string_view shape) {
+  return s.size() == shape.size() &&
+         std::equal(s.begin(), s.end(), shape.begin(), [](char c, char form) {
+           return form == '0' ? c >= '0' && c <= '9' : c == form;
+         });
+}
+
+bool is_day(std::string_view s, const DateShape& form) {
+  return has_shape(s, form.shape) && is_valid_date(text::to_int16(s.substr(form.year, 4)),
+                                                   text::to_int16(s.substr(form.month, 2)),
+                                                   text::to_int16(s.substr(form.day, 2)));
+}
+
+bool is_date(std::string_view s) {
+  return std::any_of(kDateShapes.begin(), kDateShapes.end(), [s](const DateShape& form) {
+    const std::size_t length = form.shape.size();
+    if (!is_day(s.substr(0, length), form)) return false;
+    if (s.size() == length) return true;
+    if (s[length] != ' ' && s[length] != 'T') return false;
+    const std::string_view time = s.substr(length + 1);
+    return std::any_of(kTimeShapes.begin(), kTimeShapes.end(),
+                       [time](std::string_view shape) { return has_shape(time, shape); });
+  });
+}
+
+std::size_t take_digits(std::string_view& s) {
+  const std::size_t count = std::min(s.find_first_not_of("0123456789"), s.size());
+  s.remove_prefix(count);
+  return count;
+}
+
+void take_sign(std::string_view& s) {
+  if (s.starts_with('+') || s.starts_with('-')) s.remove_prefix(1);
+}
+
+// A number as the server reads it: "12", "-0.5", "1e3".
+bool is_number_text(std::string_view s) {
+  take_sign(s);
+  std::size_t digits = take_digits(s);
+  if (s.starts_with('.')) {
+    s.remove_prefix(1);
+    digits += take_digits(s);
+  }
+  if (digits == 0) return false;
+  if (!s.starts_with('e') && !s.starts_with('E')) return s.empty();
+  s.remove_prefix(1);
+  take_sign(s);
+  return take_digits(s) > 0 && s.empty();
+}
+
+bool is_boolean_text(std::string_view s) {
+  return std::any_of(kBooleans.begin(), kBooleans.end(),
+                     [s](std::string_view word) { return text::equal_ignoring_case(s, word); });
+}
+
+// The text between the apostrophes; nothing when value is no single quoted text.
+std::optional<std::string_view> quoted_text(std::string_view value) {
+  const std::vector<SqlPiece> pieces = split_sql(value);
+  const bool is_quoted =
+      pieces.size() == 1 && pieces[0].kind == SqlPiece::Kind::kLiteral && pieces[0].closed;
+  if (!is_quoted) return std::nullopt;
+  return value.substr(1, value.size() - 2);
+}
+
+bool names_today(std::string_view value) {
+  const std::vector<SqlPiece> pieces = split_sql(value);
+  return std::any_of(pieces.begin(), pieces.end(),
+                     [](const SqlPiece& piece) { return piece.is_word("GETDATE"); });
+}
+
+bool is_null_word(std::string_view value) {
+  return text::equal_ignoring_case(value, "NULL") || text::equal_ignoring_case(value, "'NULL'");
 }
 
 }  // namespace
 
-void check_criteria(std::string_view criteria, std::string_view or_line) {
+std::string_view reason_text(FaultReason reason) {
+  return std::find_if(kReasonTexts.begin(), kReasonTexts.end(),
+                      [reason](const ReasonText& row) { return row.reason == reason; })
+      ->text;
+}
+
+std::string criterion_message(std::size_t number, std::string_view record, std::string_view what) {
+  return "criterion " + std::to_string(number) + " (" + std::string(record) +
+         "): " + std::string(what);
+}
+
+std::optional<CriteriaFault> find_sql_fault(std::string_view criteria, std::string_view or_line) {
   std::size_t number = 0;
   for (const std::string_view record : text::split(criteria, ';')) {
     ++number;
     if (record == or_line) continue;
-    if (const std::string_view fault = fault_of(record); !fault.empty()) {
-      throw BadCriterion("criterion " + std::to_string(number) + " (" + std::string(record) +
-                         "): " + std::string(fault));
+    if (const auto fault = sql_fault_of(record)) {
+      return CriteriaFault{fault->reason, criterion_message(number, record, fault->what)};
     }
   }
+  return std::nullopt;
+}
+
+void check_criteria(std::string_view criteria, std::string_view or_line) {
+  if (const auto fault = find_sql_fault(criteria, or_line)) throw BadCriterion(fault->message);
+}
+
+std::optional<CriteriaFault> find_structure_fault(std::string_view criteria,
+                                                  std::string_view or_line) {
+  std::vector<std::string_view> records = text::split(criteria, ';');
+  const std::string_view rest = records.back();
+  records.pop_back();
+  if (!rest.empty()) {
+    return CriteriaFault{
+        FaultReason::kHalfRecord,
+        criterion_message(records.size() + 1, rest, "the \";\" at its end is missing")};
+  }
+  bool needs_criterion = true;  // at the beginning and behind an OR line
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const bool is_or = records[i] == or_line;
+    if (text::trim(records[i]).empty()) {
+      return CriteriaFault{FaultReason::kEmptyRecord,
+                           criterion_message(i + 1, records[i], "it is empty")};
+    }
+    if (is_or && needs_criterion) {
+      return CriteriaFault{FaultReason::kOrLine,
+                           criterion_message(i + 1, records[i], "no criterion stands before it")};
+    }
+    needs_criterion = is_or;
+  }
+  if (needs_criterion && !records.empty()) {
+    return CriteriaFault{FaultReason::kOrLine, criterion_message(records.size(), records.back(),
+                                                                 "no criterion stands behind it")};
+  }
+  return std::nullopt;
+}
+
+bool is_literal(std::string_view value, FieldType type) {
+  if (is_null_word(value)) return true;
+  const std::optional<std::string_view> quoted = quoted_text(value);
+  const std::string_view bare = quoted.value_or(value);
+  switch (type) {
+    case FieldType::kBstr:
+    case FieldType::kChar:
+    case FieldType::kWChar:
+    case FieldType::kVarChar:
+    case FieldType::kLongVarChar:
+    case FieldType::kVarWChar:
+    case FieldType::kLongVarWChar:
+    case FieldType::kDBTime:
+      return quoted.has_value();
+    case FieldType::kDate:
+    case FieldType::kDBDate:
+    case FieldType::kDBTimeStamp:
+      return quoted ? is_date(bare) : names_today(value);
+    case FieldType::kBoolean:
+      return quoted ? is_boolean_text(bare) : bare == "0" || bare == "1";
+    default:
+      return !is_number(type) || is_number_text(bare);
+  }
+}
+
+std::vector<std::string_view> list_elements(std::string_view in_operator) {
+  const std::size_t open = in_operator.find('(');
+  const std::size_t close = in_operator.rfind(')');
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open) return {};
+  const std::string_view list = in_operator.substr(open + 1, close - open - 1);
+  std::vector<std::string_view> elements;
+  std::size_t begin = 0;
+  std::size_t at = 0;
+  for (const SqlPiece& piece : split_sql(list)) {
+    if (piece.is_symbol(',')) {
+      elements.push_back(text::trim(list.substr(begin, at - begin)));
+      begin = at + 1;
+    }
+    at += piece.text.size();
+  }
+  elements.push_back(text::trim(list.substr(begin)));
+  return elements;
 }
 
 }  // namespace kestrova::tool

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "engine/comm_sel.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
+#include "platform/text.h"
 #include "relations/relation_codes.h"
 #include "relations/relation_conditions.h"
 
@@ -21,11 +23,6 @@ std::string_view selektion_parameter(std::string_view code) {
     if (code.starts_with(prefix)) return prefix;
   }
   return code;
-}
-
-std::string selektion_condition(std::string_view code) {
-  return " FROM SELEKTION WHERE RTRIM(LTRIM(PARAMETER)) = " +
-         sql_literal(selektion_parameter(code));
 }
 
 std::vector<ListEntry> catalogue_fields(const Session& session, std::string_view code) {
@@ -92,13 +89,22 @@ void describe(const Session& session, std::string_view code, SelectableField& fi
   }
 }
 
+// Identifiers and names, without what only the database can tell.
+std::vector<SelectableField> offered_fields(const Session& session, std::string_view code) {
+  require_known_relation(session, code);
+  return IsCatalogueRelation(code) ? offered_by_catalogue(session, code)
+                                   : offered_by_selektion(session, code);
+}
+
 }  // namespace
 
+std::string selektion_condition(std::string_view code) {
+  return " FROM SELEKTION WHERE RTRIM(LTRIM(PARAMETER)) = " +
+         sql_literal(selektion_parameter(code));
+}
+
 std::vector<SelectableField> selectable_fields(const Session& session, std::string_view code) {
-  require_known_relation(session, code);
-  std::vector<SelectableField> fields = IsCatalogueRelation(code)
-                                            ? offered_by_catalogue(session, code)
-                                            : offered_by_selektion(session, code);
+  std::vector<SelectableField> fields = offered_fields(session, code);
   if (fields.empty()) {
     throw InvalidArgument("the database offers no fields for the relation '" + std::string(code) +
                           "'");
@@ -143,6 +149,21 @@ bool has_field(const Session& session, std::string_view code, std::int64_t id) {
              .single_value("SELECT COUNT(*)" + selektion_condition(code) +
                            " AND ID_SELEKTION = " + std::to_string(id))
              .integer() > 0;
+}
+
+std::int16_t field_named(const Session& session, std::string_view code, std::string_view field) {
+  const std::vector<SelectableField> fields = offered_fields(session, code);
+  if (const std::optional<std::int64_t> id = text::to_integer(field)) {
+    if (has_field(session, code, *id)) return static_cast<std::int16_t>(*id);
+  }
+  const std::string_view name = text::trim(field);
+  const auto named = std::find_if(fields.begin(), fields.end(), [name](const SelectableField& f) {
+    return !f.name.empty() && text::equal_ignoring_case(text::trim(f.name), name);
+  });
+  if (named != fields.end()) return named->id;
+  throw InvalidArgument("the relation '" + std::string(code) + "' has no field '" +
+                        std::string(field) + "': 'kestrova-sel fields " + std::string(code) +
+                        "' lists the fields");
 }
 
 void require_known_relation(const Session& session, std::string_view code) {

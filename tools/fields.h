@@ -47,6 +47,13 @@ bool is_known_relation(std::string_view code);
 // Whether an identifier is a field of the relation.
 bool has_field(const Session& session, std::string_view code, std::int64_t id);
 
+// The field that a user names by its identifier or its display name (case and blanks around it
+// aside). Raises InvalidArgument for a field that the relation does not have.
+std::int16_t field_named(const Session& session, std::string_view code, std::string_view field);
+
+// The condition of the SELEKTION rows of a relation: " FROM SELEKTION WHERE ...".
+std::string selektion_condition(std::string_view code);
+
 // Raises InvalidArgument for a code that is not known.
 void require_known_relation(const Session& session, std::string_view code);
 

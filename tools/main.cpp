@@ -1,6 +1,7 @@
 // kestrova-sel: stored filters on the command line.
 //
-// Exit codes: 0 done, 1 the filter or the database refused, 2 wrong usage, 3 unexpected.
+// Exit codes: 0 done, 1 the filter or the database refused or an audit found broken filters, 2
+// wrong usage, 3 unexpected.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
@@ -27,9 +28,14 @@ struct CommandLine {
   FieldsArguments fields;
   TranslateArguments translate;
   RunArguments run;
+  DescribeArguments describe;
+  ModelsArguments models;
+  ValuesArguments values;
+  AuditArguments audit;
   MaterialiseArguments materialise;
   DemoDbArguments demo_db;
   Command command;
+  int exit_code = kExitOk;  // of a command that has done its work
 
   CommandLine();
   void parse(int argc, char** argv);
@@ -41,6 +47,10 @@ struct CommandLine {
   void add_fields();
   void add_translate();
   void add_run();
+  void add_describe();
+  void add_models();
+  void add_values();
+  void add_audit();
   void add_materialise();
   void add_demo_db();
 };
@@ -54,21 +64,41 @@ CLI::Validator in_range(std::int64_t least, std::int64_t most) {
   return CLI::Range(least, most).description("");
 }
 
-void add_mode_options(CLI::App& command, Filter& filter) {
-  command.add_option("--mode", filter.mode, "Mode of a relation outside the catalogue")
-      ->check(one_of({"WAREN", "4ARB"}))
-      ->type_name("WAREN|4ARB");
+CLI::Option* add_mode_options(CLI::App& command, Filter& filter) {
+  CLI::Option* mode =
+      command.add_option("--mode", filter.mode, "Mode of a relation outside the catalogue")
+          ->check(one_of({"WAREN", "4ARB"}))
+          ->type_name("WAREN|4ARB");
   command.add_option("--variant", filter.variant, "Variant tag of the selection")->type_name("TAG");
+  return mode;
 }
 
+CLI::Option* add_code(CLI::App& command, std::string& code) {
+  return command.add_option("CODE", code, "Relation code")->required()->type_name("");
+}
+
+// Criteria as a text or as the name of a model; answers the option for the name.
+CLI::Option* add_criteria(CLI::App& command, Filter& filter) {
+  add_code(command, filter.code);
+  CLI::Option* criteria =
+      command
+          .add_option("CRITERIA", filter.criteria,
+                      "Criteria string: records \"ID operator value\", each ended by \";\"")
+          ->type_name("");
+  CLI::Option* model =
+      command.add_option("--model", filter.model, "Name of a saved model instead of the criteria")
+          ->excludes(criteria)
+          ->type_name("NAME");
+  command.parse_complete_callback([criteria, model] {
+    if (criteria->empty() && model->empty()) throw CLI::RequiredError("CRITERIA or --model");
+  });
+  return model;
+}
+
+// The library chooses the mode of a model by its relation.
 void add_filter(CLI::App& command, Filter& filter) {
-  command.add_option("CODE", filter.code, "Relation code")->required()->type_name("");
-  command
-      .add_option("CRITERIA", filter.criteria,
-                  "Criteria string: records \"ID operator value\", each ended by \";\"")
-      ->required()
-      ->type_name("");
-  add_mode_options(command, filter);
+  CLI::Option* model = add_criteria(command, filter);
+  model->excludes(add_mode_options(command, filter));
 }
 
 void add_limit(CLI::App& command, std::int32_t& limit) {
@@ -93,6 +123,10 @@ CommandLine::CommandLine() {
   add_fields();
   add_translate();
   add_run();
+  add_describe();
+  add_models();
+  add_values();
+  add_audit();
   add_materialise();
   add_demo_db();
 }
@@ -141,7 +175,7 @@ void CommandLine::add_fields() {
       add("fields", "List the fields that filters of a relation may name",
           "kestrova-sel --db forest.db fields 1EXP",
           [this](const GlobalOptions& o, std::ostream& out) { show_fields(o, fields, out); });
-  sub->add_option("CODE", fields.code, "Relation code")->required()->type_name("");
+  add_code(*sub, fields.code);
 }
 
 void CommandLine::add_translate() {
@@ -162,6 +196,44 @@ void CommandLine::add_run() {
   add_limit(*sub, run.limit);
   sub->add_option("--columns", run.columns, "Select list instead of the relation's usual columns")
       ->type_name("SQL");
+}
+
+void CommandLine::add_describe() {
+  CLI::App* sub =
+      add("describe", "Show criteria as people read them",
+          "kestrova-sel --db forest.db describe 1VM \"703 = 'FI';711 >= 40;\"",
+          [this](const GlobalOptions& o, std::ostream& out) { describe_filter(o, describe, out); });
+  add_criteria(*sub, describe.filter);
+}
+
+void CommandLine::add_models() {
+  CLI::App* sub =
+      add("models", "List the saved models of a relation that the user may see",
+          "kestrova-sel --db forest.db models 1VM --user 2 --user-level 2",
+          [this](const GlobalOptions& o, std::ostream& out) { show_models(o, models, out); });
+  add_code(*sub, models.code);
+}
+
+void CommandLine::add_values() {
+  CLI::App* sub =
+      add("values", "List the values that a user is offered for a field, and the SQL of each",
+          "kestrova-sel --db forest.db values 1VM 703",
+          [this](const GlobalOptions& o, std::ostream& out) { show_values(o, values, out); });
+  add_code(*sub, values.code);
+  sub->add_option("FIELD", values.field, "Identifier or display name of the field")
+      ->required()
+      ->type_name("");
+}
+
+void CommandLine::add_audit() {
+  CLI::App* sub =
+      add("audit", "Check every stored model and contract selection",
+          "kestrova-sel --db forest.db audit", [this](const GlobalOptions& o, std::ostream& out) {
+            const bool sound = kestrova::tool::audit(o, audit, out);
+            exit_code = sound ? kExitOk : kExitRefused;
+          });
+  sub->add_flag("--progress", audit.progress,
+                "Show progress also when the error stream is no terminal");
 }
 
 void CommandLine::add_materialise() {
@@ -257,7 +329,7 @@ int run(int argc, char** argv) {
       return write_out(answer.str(), kExitOk);
     }
     line.command(line.options, answer);
-    return write_out(answer.str(), kExitOk);
+    return write_out(answer.str(), line.exit_code);
   } catch (...) {
     return report(describe_error(std::current_exception()), answer.str(),
                   asks_for_json(argc, argv));

@@ -11,7 +11,7 @@ namespace kestrova::tool {
 // Exit codes of the program.
 enum ExitCode : int {
   kExitOk = 0,
-  kExitRefused = 1,     // the filter or the database refused
+  kExitRefused = 1,     // the filter or the database refused, an audit found broken filters
   kExitWrongUsage = 2,  // the command line makes no sense
   kExitUnexpected = 3,  // a fault of the program or the system
 };
@@ -35,10 +35,11 @@ struct GlobalOptions {
 
 // A stored filter and how it is to be read.
 struct Filter {
-  std::string code;      // relation code
-  std::string criteria;  // criteria string
-  std::string mode;      // "WAREN", "4ARB", or "" to choose by the code
-  std::string variant;   // variant tag
+  std::string code;                  // relation code
+  std::string criteria;              // criteria string
+  std::string mode;                  // "WAREN", "4ARB", or "" to choose by the code
+  std::string variant;               // variant tag
+  std::optional<std::string> model;  // name of a saved model that gives the criteria
 };
 
 struct RelationsArguments {
@@ -58,6 +59,23 @@ struct RunArguments {
   Filter filter;
   std::string columns;  // select list; "" for the columns by which people know a record
   std::int32_t limit = 50;
+};
+
+struct DescribeArguments {
+  Filter filter;
+};
+
+struct ModelsArguments {
+  std::string code;
+};
+
+struct ValuesArguments {
+  std::string code;
+  std::string field;  // identifier or display name
+};
+
+struct AuditArguments {
+  bool progress = false;  // also when the error stream is no terminal
 };
 
 struct MaterialiseArguments {

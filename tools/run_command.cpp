@@ -1,4 +1,4 @@
-// kestrova-sel run CODE CRITERIA
+// kestrova-sel run CODE CRITERIA, or CODE --model NAME
 #include "tools/commands.h"
 #include "tools/rows.h"
 #include "tools/translation.h"
@@ -27,24 +27,24 @@ void print_count(std::ostream& out, std::int32_t count, std::size_t shown) {
 
 void run_filter(const GlobalOptions& options, const RunArguments& arguments, std::ostream& out) {
   const Session session = open_session(options);
-  const Translation translation = translate(session, arguments.filter);
+  const Filter filter = with_model_criteria(session, arguments.filter);
+  const Translation translation = translate(session, filter);
   const std::string columns =
       arguments.columns.empty() ? row_columns(session, translation) : arguments.columns;
   const std::string select = select_text(translation, columns);
-  const std::vector<ReadableCriterion> criteria = readable_criteria(session, arguments.filter);
+  const std::vector<ReadableCriterion> criteria = readable_criteria(session, filter);
   if (!options.json) {
     print_sql(out, select);
     print_criteria(out, session, criteria);
   }
-  prepare(session, arguments.filter, translation, columns);
+  prepare(session, filter, translation, columns);
   const ResultRows rows = read_rows(
       session, select_text(translation, "TOP " + std::to_string(arguments.limit) + " " + columns));
   const std::int32_t count = count_rows(session, translation);
   if (options.json) {
-    Json answer{{"relation", translation.code},
-                {"mode", translation.mode},
-                {"select", select},
-                {"criteria", criteria_json(criteria)}};
+    Json answer = identity_json(filter, translation);
+    answer["select"] = select;
+    answer["criteria"] = criteria_json(criteria);
     add_rows(answer, rows);
     answer["count"] = count;
     if (translation.fills_labour_table) answer["labour_rows"] = count_labour_rows(session);

@@ -19,6 +19,9 @@ namespace {
 // own.
 constexpr std::int32_t kHeadOffice = 1;
 
+// The other money unit of the field DM/EURO.
+constexpr const char* kNationalCurrency = "DM";
+
 // There is nobody to ask: messages go to the error stream, and questions are answered with No.
 class ConsoleUserInterface : public UserInterface {
  public:
@@ -90,6 +93,16 @@ std::string access_level_list(std::int32_t user_level) {
 
 }  // namespace
 
+void SelectedField::select(std::int16_t id, bool null_value) {
+  fields_.clear();
+  fields_.add("field");
+  fields_.set_item_data(0, id);
+  fields_.set_index(0);
+  values_.clear();
+  values_.add("Null");
+  values_.set_index(null_value ? 0 : -1);
+}
+
 Value Session::single_value(std::string_view sql) const {
   return connection().open(sql, CursorType::kForwardOnly, LockType::kReadOnly)->value(0);
 }
@@ -97,14 +110,16 @@ Value Session::single_value(std::string_view sql) const {
 Session open_session(const GlobalOptions& options) {
   const std::shared_ptr<Connection> connection = open_connection(options.database);
   const auto locale = std::make_shared<SettingsUserLocale>(options.language, options.date_order);
+  const auto lists = std::make_shared<SelectedField>();
   install_host({.suite = make_standalone_suite(connection, locale),
                 .user_interface = std::make_shared<ConsoleUserInterface>(),
                 .user_locale = locale,
-                .make_selection_form = nullptr});
-  Session session{.context = {}, .format = ValueFormat(locale, options.date_order)};
+                .make_selection_form = [lists] { return lists; }});
+  Session session{.context = {}, .format = ValueFormat(locale, options.date_order), .lists = lists};
   session.context.dbado = connection;
   session.context.strLanguage = options.language;
   session.context.strOderLine = options.or_line;
+  session.context.strNatWahrung = kNationalCurrency;
   session.context.strDateOrder = options.date_order;
   session.context.lngAccessLevel = options.user_level;
   session.context.strAccessLevelList = access_level_list(options.user_level);

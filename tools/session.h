@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "interface/selection_form.h"
 #include "platform/kes_var.h"
 #include "platform/suite.h"
 #include "tools/options.h"
@@ -14,9 +15,24 @@
 
 namespace kestrova::tool {
 
+// The lists of an editor, as far as the library asks which field and value are selected in them.
+class SelectedField : public SelectionForm {
+ public:
+  const ComboBox& field_list() const override { return fields_; }
+  const ComboBox& value_list() const override { return values_; }
+
+  // Selects the field, and in its value list the entry for no value or none.
+  void select(std::int16_t id, bool null_value);
+
+ private:
+  ComboBox fields_{"cboField", ComboBox::Style::kDropDownList};
+  ComboBox values_{"cboValue", ComboBox::Style::kFreeText};
+};
+
 struct Session {
   KesVar context;
   ValueFormat format;
+  std::shared_ptr<SelectedField> lists{};
 
   Connection& connection() const { return connection_of(context); }
 

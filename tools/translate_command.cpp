@@ -1,25 +1,21 @@
-// kestrova-sel translate CODE CRITERIA
+// kestrova-sel translate CODE CRITERIA, or CODE --model NAME
 #include "tools/commands.h"
 #include "tools/translation.h"
 
 namespace kestrova::tool {
 namespace {
 
-void print(const Session& session, const TranslateArguments& arguments,
-           const Translation& translation, std::ostream& out) {
-  if (arguments.raw) {
-    out << translation.from_where << '\n';
-    return;
-  }
+void print(const Session& session, const Filter& filter, const Translation& translation,
+           std::ostream& out) {
   print_sql(out, translation.from_where);
-  print_criteria(out, session, readable_criteria(session, arguments.filter));
+  print_criteria(out, session, readable_criteria(session, filter));
 }
 
 Json to_json(const Session& session, const Filter& filter, const Translation& translation) {
-  return {{"relation", translation.code},
-          {"mode", translation.mode},
-          {"from_where", translation.from_where},
-          {"criteria", criteria_json(readable_criteria(session, filter))}};
+  Json answer = identity_json(filter, translation);
+  answer["from_where"] = translation.from_where;
+  answer["criteria"] = criteria_json(readable_criteria(session, filter));
+  return answer;
 }
 
 }  // namespace
@@ -27,13 +23,16 @@ Json to_json(const Session& session, const Filter& filter, const Translation& tr
 void translate_filter(const GlobalOptions& options, const TranslateArguments& arguments,
                       std::ostream& out) {
   const Session session = open_session(options);
-  const Translation translation = translate(session, arguments.filter);
+  const Filter filter = with_model_criteria(session, arguments.filter);
+  const Translation translation = translate(session, filter);
   if (options.json) {
-    print_json(out, to_json(session, arguments.filter, translation));
+    print_json(out, to_json(session, filter, translation));
+  } else if (arguments.raw) {
+    out << translation.from_where << '\n';
   } else {
-    print(session, arguments, translation, out);
+    print(session, filter, translation, out);
   }
-  prepare(session, arguments.filter, translation, row_columns(session, translation));
+  prepare(session, filter, translation, row_columns(session, translation));
 }
 
 }  // namespace kestrova::tool

@@ -1,14 +1,12 @@
 #include "tools/translation.h"
 
-#include <optional>
-
 #include "engine/comm_sel.h"
+#include "engine/model_relation.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/text.h"
 #include "relations/date_expressions.h"
 #include "relations/relation_codes.h"
-#include "tools/criteria_check.h"
 #include "tools/fields.h"
 #include "tools/sql_layout.h"
 #include "tools/sql_pieces.h"
@@ -22,15 +20,10 @@ constexpr std::string_view kLabourJoin =
 
 std::string mode_of(const Filter& filter) {
   if (IsCatalogueRelation(filter.code)) return {};
+  if (filter.model) return model_relation_for_lookup(filter.code);
   if (!filter.mode.empty()) return filter.mode;
   const bool is_work_order = filter.code.starts_with("4ARB") || filter.code.starts_with("4PLN");
   return is_work_order ? "4ARB" : "WAREN";
-}
-
-std::vector<std::string_view> records_of(const Filter& filter) {
-  std::vector<std::string_view> records = text::split(filter.criteria, ';');
-  if (records.back().empty()) records.pop_back();
-  return records;
 }
 
 std::string field_part(const Session& session, const Filter& filter, std::string_view record) {
@@ -42,60 +35,61 @@ std::string field_hint(const Filter& filter) {
   return ": 'kestrova-sel fields " + filter.code + "' lists the fields";
 }
 
-// What is wrong with the field that a record names, "" for nothing.
-std::string field_fault(const Session& session, const Filter& filter, std::string_view record) {
-  const std::string field = field_part(session, filter, record);
-  if (field.empty()) return "it needs a field, an operator and a value, as in \"12 = 5\"";
-  const std::optional<std::int64_t> id = text::to_integer(field);
-  if (!id) return "'" + field + "' is no field number" + field_hint(filter);
-  if (has_field(session, filter.code, *id)) return {};
-  return "the relation '" + filter.code + "' has no field " + field + field_hint(filter);
-}
+struct FieldFault {
+  FaultReason reason;
+  std::string what;
+};
 
-// Names the first criterion whose field the relation does not have.
-std::optional<std::string> faulty_criterion(const Session& session, const Filter& filter) {
-  std::size_t number = 0;
-  for (const std::string_view record : records_of(filter)) {
-    ++number;
-    if (record == session.context.strOderLine) continue;
-    if (const std::string fault = field_fault(session, filter, record); !fault.empty()) {
-      return "criterion " + std::to_string(number) + " (" + std::string(record) + "): " + fault;
-    }
+// What is wrong with the field that a record names.
+std::optional<FieldFault> field_fault(const Session& session, const Filter& filter,
+                                      std::string_view record) {
+  const std::string field = field_part(session, filter, record);
+  if (field.empty()) {
+    return FieldFault{FaultReason::kHalfRecord,
+                      "it needs a field, an operator and a value, as in \"12 = 5\""};
   }
-  return std::nullopt;
+  const std::optional<std::int64_t> id = text::to_integer(field);
+  if (!id) {
+    return FieldFault{FaultReason::kUnknownField,
+                      "'" + field + "' is no field number" + field_hint(filter)};
+  }
+  if (has_field(session, filter.code, *id)) return std::nullopt;
+  return FieldFault{FaultReason::kUnknownField, "the relation '" + filter.code + "' has no field " +
+                                                    field + field_hint(filter)};
 }
 
 // The library's answer. Its errors are kept, in words that name the criterion where one is at
 // fault.
 std::string library_text(const Session& session, const Filter& filter, std::string_view mode) {
+  const std::int32_t level = session.context.lngAccessLevel;
   try {
-    return Comm_Sel().D_SelectionFromStr(session.context, filter.code, mode, filter.criteria,
-                                         filter.variant, session.context.lngAccessLevel);
+    return filter.model ? Comm_Sel().D_Selection(session.context, filter.code, *filter.model,
+                                                 filter.variant, level)
+                        : Comm_Sel().D_SelectionFromStr(session.context, filter.code, mode,
+                                                        filter.criteria, filter.variant, level);
   } catch (const DatabaseError&) {
     throw;
   } catch (const Error& error) {
-    const std::optional<std::string> fault = faulty_criterion(session, filter);
+    const std::optional<CriteriaFault> fault = find_field_fault(session, filter);
     if (!fault) throw;
-    throw Error(error.number(), *fault);
+    throw Error(error.number(), fault->message);
   }
 }
 
-// A date literal is shown in the user's form; everything else stands as it is stored.
-std::string readable_value(const Session& session, const Filter& filter, std::int16_t id,
-                           const std::string& value) {
-  const std::int16_t type = Comm_Sel().Get_TypeOfFieldFromID(session.context, id, filter.code);
-  return IsDateFieldType(type) ? session.format.show_date_literal(value) : value;
-}
-
-void open_without_rows(const Session& session, const Translation& translation,
-                       std::string_view columns) {
-  session.connection().open(select_text(translation, "TOP 0 " + std::string(columns)),
-                            CursorType::kForwardOnly, LockType::kReadOnly);
+// Date literals in the user's form; everything else stands as it is stored.
+std::string with_user_dates(const Session& session, std::string_view stored) {
+  std::string shown;
+  for (const SqlPiece& piece : split_sql(stored)) {
+    shown += piece.kind == SqlPiece::Kind::kLiteral ? session.format.show_date_literal(piece.text)
+                                                    : std::string(piece.text);
+  }
+  return shown;
 }
 
 // Whether the database refuses the filter with these criteria alone.
 bool is_refused(const Session& session, Filter filter, std::string_view criteria) {
   filter.criteria = criteria;
+  filter.model.reset();
   try {
     open_without_rows(session, translate(session, filter), "*");
     return false;
@@ -125,7 +119,61 @@ DatabaseError no_tables(const DatabaseError& error, const Filter& filter) {
       error.sqlstate(), error.native_code()};
 }
 
+std::string line_of(const Session& session, const ReadableCriterion& criterion) {
+  if (criterion.is_or) return session.context.strOderLine;
+  const std::string line = criterion.name + " " + criterion.op;
+  return criterion.value.empty() ? line : line + " " + criterion.value;
+}
+
+// Raises BadCriterion for criteria of which the readable text would leave something out or show
+// something else.
+void require_readable(const Session& session, const Filter& filter) {
+  const std::string& or_line = session.context.strOderLine;
+  check_criteria(filter.criteria, or_line);
+  auto fault = find_structure_fault(filter.criteria, or_line);
+  if (!fault) fault = find_field_fault(session, filter);
+  if (fault) throw BadCriterion(fault->message);
+}
+
 }  // namespace
+
+Filter with_model_criteria(const Session& session, const Filter& filter) {
+  if (!filter.model) return filter;
+  require_known_relation(session, filter.code);
+  const std::string relation = model_relation_for_lookup(filter.code);
+  const auto row = session.connection().open(
+      "SELECT MODEL FROM MODELS WHERE NAME = " + sql_literal(*filter.model) +
+          " AND RELATION = " + sql_literal(relation),
+      CursorType::kForwardOnly, LockType::kReadOnly);
+  if (row->eof()) {
+    throw InvalidArgument("there is no model '" + *filter.model + "' under '" + relation +
+                          "', where the library looks for models of '" + filter.code +
+                          "'; the library itself would select every record of the relation: "
+                          "'kestrova-sel models " +
+                          filter.code + "' lists the models");
+  }
+  Filter result = filter;
+  result.criteria = row->value(std::size_t{0}).text_or_empty();
+  return result;
+}
+
+std::vector<std::string_view> records_of(const Filter& filter) {
+  std::vector<std::string_view> records = text::split(filter.criteria, ';');
+  if (records.back().empty()) records.pop_back();
+  return records;
+}
+
+std::optional<CriteriaFault> find_field_fault(const Session& session, const Filter& filter) {
+  std::size_t number = 0;
+  for (const std::string_view record : records_of(filter)) {
+    ++number;
+    if (record == session.context.strOderLine) continue;
+    if (const std::optional<FieldFault> fault = field_fault(session, filter, record)) {
+      return CriteriaFault{fault->reason, criterion_message(number, record, fault->what)};
+    }
+  }
+  return std::nullopt;
+}
 
 Translation translate(const Session& session, const Filter& filter) {
   require_known_relation(session, filter.code);
@@ -133,6 +181,10 @@ Translation translate(const Session& session, const Filter& filter) {
   module_state().strVerType = filter.variant;
   Translation translation{.code = filter.code, .mode = mode_of(filter), .from_where = {}};
   translation.from_where = library_text(session, filter, translation.mode);
+  if (translation.from_where.empty()) {
+    throw InvalidArgument("the library translates no models of '" + filter.code +
+                          "' by their names: give the criteria");
+  }
   translation.fills_labour_table =
       filter.code.starts_with("LEISTUNGS_BB") || filter.code == "VERLOHN";
   return translation;
@@ -164,6 +216,12 @@ std::string select_text(const Translation& translation, std::string_view columns
   return "SELECT " + std::string(columns) + from_where;
 }
 
+void open_without_rows(const Session& session, const Translation& translation,
+                       std::string_view columns) {
+  session.connection().open(select_text(translation, "TOP 0 " + std::string(columns)),
+                            CursorType::kForwardOnly, LockType::kReadOnly);
+}
+
 void prepare(const Session& session, const Filter& filter, const Translation& translation,
              std::string_view columns) {
   try {
@@ -184,16 +242,38 @@ std::vector<ReadableCriterion> readable_criteria(const Session& session, const F
       continue;
     }
     const auto part = [&](std::string_view which) {
-      return Comm_Sel().TransComp_NoLabels(session.context, filter.code, record, which, true, true);
+      return Comm_Sel().TransComp_NoLabels(session.context, filter.code, record, which, true,
+                                           false);
     };
     const std::string id = part("GETFIELD");
     const std::int16_t number = text::to_int16(id);
+    const bool is_date =
+        IsDateFieldType(Comm_Sel().Get_TypeOfFieldFromID(session.context, number, filter.code));
+    const auto shown = [&](const std::string& stored) {
+      return is_date ? with_user_dates(session, stored) : stored;
+    };
     criteria.push_back({.id = id,
                         .name = names.name(number),
-                        .op = part("GETOPERATOR"),
-                        .value = readable_value(session, filter, number, part("GETVALUE"))});
+                        .op = shown(part("GETOPERATOR")),
+                        .value = shown(part("GETVALUE"))});
   }
   return criteria;
+}
+
+std::vector<std::string> readable_lines(const Session& session, const Filter& filter) {
+  require_readable(session, filter);
+  std::vector<std::string> lines;
+  if (IsCatalogueRelation(filter.code)) {
+    for (const ReadableCriterion& criterion : readable_criteria(session, filter)) {
+      lines.push_back(line_of(session, criterion));
+    }
+    return lines;
+  }
+  for (const std::string_view record : records_of(filter)) {
+    lines.push_back(
+        Comm_Sel().ConditionSelStr(session.context, filter.code, std::string(record) + ";"));
+  }
+  return lines;
 }
 
 void print_sql(std::ostream& out, std::string_view sql) {
@@ -205,15 +285,14 @@ void print_criteria(std::ostream& out, const Session& session,
   out << "Criteria\n";
   if (criteria.empty()) out << "  (none: every record of the relation)\n";
   for (const ReadableCriterion& criterion : criteria) {
-    out << "  ";
-    if (criterion.is_or) {
-      out << session.context.strOderLine << '\n';
-      continue;
-    }
-    out << criterion.name << ' ' << criterion.op;
-    if (!criterion.value.empty()) out << ' ' << criterion.value;
-    out << '\n';
+    out << "  " << line_of(session, criterion) << '\n';
   }
+}
+
+Json identity_json(const Filter& filter, const Translation& translation) {
+  Json answer{{"relation", translation.code}, {"mode", translation.mode}};
+  if (filter.model) answer["model"] = *filter.model;
+  return answer;
 }
 
 Json criteria_json(const std::vector<ReadableCriterion>& criteria) {

@@ -1,66 +1,12 @@
 // The program end to end, on the sample database.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "platform/sqlite/sqlite_connection.h"
 #include "relations/relation_codes.h"
-#include "tests/tools/run_program.h"
+#include "tests/tools/program_fixture.h"
 
 namespace kestrova::tool {
 namespace {
-
-using nlohmann::json;
-
-class Program : public testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    scratch_ = std::make_unique<ScratchFolder>();
-    const ProgramResult made = run_program(
-        {"demo-db", database(), "--lots", "60", "--seed", "7", "--today", "2025-03-14"});
-    ASSERT_EQ(made.exit_code, 0) << made.err;
-    ASSERT_EQ(made.out, "Made the sample database '" + database() + "' with 60 lots.\n");
-  }
-  static void TearDownTestSuite() { scratch_.reset(); }
-
-  static std::string file(const std::string& name) { return scratch_->file(name).string(); }
-  static std::string database() { return file("forest.db"); }
-
-  // The program on the sample database.
-  static ProgramResult on_database(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"--db", database()});
-    return run_program(arguments);
-  }
-
-  static json json_of(std::vector<std::string> arguments, int exit_code = 0) {
-    arguments.emplace_back("--json");
-    const ProgramResult result = on_database(std::move(arguments));
-    EXPECT_EQ(result.exit_code, exit_code);
-    EXPECT_EQ(result.err, "");
-    return json::parse(result.out);
-  }
-
-  // What plain SQL, written by hand, says.
-  static std::int32_t count_of(const std::string& sql) {
-    return open_sqlite(database(), {.read_only = true})
-        ->open("SELECT COUNT(*) FROM " + sql, CursorType::kForwardOnly, LockType::kReadOnly)
-        ->value(0)
-        .integer();
-  }
-
-  // The one line that a refused command leaves behind, without its beginning.
-  static std::string error_line(const ProgramResult& result) {
-    const std::string begin = "kestrova-sel: error: ";
-    EXPECT_EQ(result.err.substr(0, begin.size()), begin);
-    EXPECT_EQ(result.err.find('\n'), result.err.size() - 1);
-    return result.err.size() < begin.size() + 1
-               ? result.err
-               : result.err.substr(begin.size(), result.err.size() - begin.size() - 1);
-  }
-
- private:
-  static inline std::unique_ptr<ScratchFolder> scratch_;
-};
 
 // --- Answers -----------------------------------------------------------------------------------
 
@@ -71,8 +17,8 @@ TEST_F(Program, TellsItsVersion) {
 }
 
 TEST_F(Program, HelpShowsAnExample) {
-  for (const std::string command :
-       {"relations", "fields", "translate", "run", "materialise", "demo-db"}) {
+  for (const std::string command : {"relations", "fields", "translate", "run", "describe", "models",
+                                    "values", "audit", "materialise", "demo-db"}) {
     const ProgramResult result = run_program({command, "--help"});
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_EQ(result.err, "");
@@ -249,6 +195,16 @@ TEST_F(Program, ShowsDatesInTheUsersOrder) {
             "    1005  Waldkindergarten Eichgrund  09/01/2017\n"
             "\n"
             "1 row\n");
+}
+
+TEST_F(Program, ShowsDatesOfAListInTheUsersOrder) {
+  const json criteria = json_of({"translate", "BB_T_OBJEKTE", "3 IN ('31.12.2015','01.09.2017');",
+                                 "--date-order", "MDY"})
+                            .at("criteria");
+  EXPECT_EQ(criteria, (json{{{"id", 3},
+                             {"field", "Errichtet am"},
+                             {"operator", "IN ('12/31/2015','09/01/2017')"},
+                             {"value", ""}}}));
 }
 
 TEST_F(Program, AnswersRowsForPrograms) {
@@ -553,7 +509,10 @@ TEST_P(WrongUsage, IsADocumentForPrograms) {
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(CommandLines, WrongUsage, testing::Values(
     Misuse{"NoCommand", {}, "A subcommand is required: 'kestrova-sel --help' explains the usage"},
-    Misuse{"NoCriteria", {"run", "1VM"}, "CRITERIA is required: 'kestrova-sel run --help' explains the usage"},
+    Misuse{"NoCriteria", {"run", "1VM"}, "CRITERIA or --model is required: 'kestrova-sel run --help' explains the usage"},
+    Misuse{"CriteriaAndModel", {"run", "1VM", "703 = 'FI';", "--model", "Fichte stark"}, "CRITERIA excludes --model: 'kestrova-sel run --help' explains the usage"},
+    Misuse{"ModelAndMode", {"translate", "1VM", "--model", "Fichte stark", "--mode", "WAREN"}, "--model excludes --mode: 'kestrova-sel translate --help' explains the usage"},
+    Misuse{"AuditWithoutDatabase", {"audit"}, "this needs a database: give one with --db FILE, or make the sample database with 'kestrova-sel demo-db FILE'"},
     Misuse{"NoDatabase", {"fields", "1VM"}, "this needs a database: give one with --db FILE, or make the sample database with 'kestrova-sel demo-db FILE'"},
     Misuse{"UnknownKindOfDatabase", {"--db", "odbc:DSN=forest", "fields", "1VM"}, "there is no kind of database called 'odbc': give --db the file of an embedded database"},
     Misuse{"UnknownDateOrder", {"--date-order", "DYM", "relations"}, "--date-order: DYM not in {DMY,MDY,YMD,YDM}: 'kestrova-sel relations --help' explains the usage"},

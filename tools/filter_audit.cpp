@@ -1,0 +1,95 @@
+#include "tools/filter_audit.h"
+
+#include "engine/comm_sel.h"
+#include "platform/error.h"
+#include "platform/text.h"
+#include "tools/error_report.h"
+#include "tools/fields.h"
+
+namespace kestrova::tool {
+namespace {
+
+std::string no_literal(std::string_view value, FieldType type) {
+  return "'" + std::string(value) + "' is no literal of the type " + std::string(type_name(type));
+}
+
+}  // namespace
+
+const std::optional<CriteriaFault>& FilterAudit::find_fault(const Filter& filter) {
+  const auto [entry, is_new] = faults_.try_emplace({filter.code, filter.criteria});
+  if (is_new) entry->second = look_for_fault(filter);
+  return entry->second;
+}
+
+// From what the text alone tells to what only the server knows, so that the reason is the nearest
+// one.
+std::optional<CriteriaFault> FilterAudit::look_for_fault(const Filter& filter) {
+  const auto [known, is_new] = known_relations_.try_emplace(filter.code);
+  if (is_new) known->second = is_known_relation(session_, filter.code);
+  if (!known->second) {
+    return CriteriaFault{FaultReason::kUnknownRelation,
+                         "the relation code '" + filter.code + "' is not known"};
+  }
+  const std::string& or_line = session_.context.strOderLine;
+  if (auto fault = find_sql_fault(filter.criteria, or_line)) return fault;
+  if (auto fault = find_structure_fault(filter.criteria, or_line)) return fault;
+  try {
+    if (auto fault = find_field_fault(session_, filter)) return fault;
+    if (auto fault = find_value_fault(filter)) return fault;
+  } catch (const Error&) {
+    return CriteriaFault{FaultReason::kTranslation,
+                         describe_error(std::current_exception()).message};
+  }
+  return refusal(filter);
+}
+
+std::optional<CriteriaFault> FilterAudit::find_value_fault(const Filter& filter) {
+  std::size_t number = 0;
+  for (const std::string_view record : records_of(filter)) {
+    ++number;
+    if (record == session_.context.strOderLine) continue;
+    if (const std::string fault = value_fault(filter, record); !fault.empty()) {
+      return CriteriaFault{FaultReason::kValue, criterion_message(number, record, fault)};
+    }
+  }
+  return std::nullopt;
+}
+
+// What is wrong with the value of a record, "" for nothing.
+std::string FilterAudit::value_fault(const Filter& filter, std::string_view record) {
+  const auto part = [&](std::string_view which) {
+    return Comm_Sel().TransComp_NoLabels(session_.context, filter.code, record, which, true, false);
+  };
+  const FieldType type = type_of(filter.code, text::to_int16(part("GETFIELD")));
+  const std::string op = part("GETOPERATOR");
+  const std::string value = part("GETVALUE");
+  if (op == "LIKE") return is_literal(value, FieldType::kVarWChar) ? "" : no_literal(value, type);
+  if (!op.starts_with("IN")) return is_literal(value, type) ? "" : no_literal(value, type);
+  for (const std::string_view element : list_elements(op)) {
+    if (!is_literal(element, type)) return no_literal(element, type);
+  }
+  return {};
+}
+
+FieldType FilterAudit::type_of(const std::string& code, std::int16_t id) {
+  const auto [entry, is_new] = types_.try_emplace({code, id});
+  if (is_new) {
+    entry->second = FieldType{Comm_Sel().Get_TypeOfFieldFromID(session_.context, id, code)};
+  }
+  return entry->second;
+}
+
+// What the library or the server says against it.
+std::optional<CriteriaFault> FilterAudit::refusal(const Filter& filter) const {
+  try {
+    prepare(session_, filter, translate(session_, filter), "*");
+    return std::nullopt;
+  } catch (const DatabaseError&) {
+    return CriteriaFault{FaultReason::kServer, describe_error(std::current_exception()).message};
+  } catch (const Error&) {
+    return CriteriaFault{FaultReason::kTranslation,
+                         describe_error(std::current_exception()).message};
+  }
+}
+
+}  // namespace kestrova::tool
