@@ -48,19 +48,22 @@ std::optional<CriteriaFault> FilterAudit::find_value_fault(const Filter& filter)
   for (const std::string_view record : records_of(filter)) {
     ++number;
     if (record == session_.context.strOderLine) continue;
-    if (const std::string fault = value_fault(filter, record); !fault.empty()) {
-      return CriteriaFault{FaultReason::kValue, criterion_message(number, record, fault)};
+    const auto [fault, is_new] = value_faults_.try_emplace({filter.code, std::string(record)});
+    if (is_new) fault->second = value_fault(filter, record);
+    if (!fault->second.empty()) {
+      return CriteriaFault{FaultReason::kValue, criterion_message(number, record, fault->second)};
     }
   }
   return std::nullopt;
 }
 
 // What is wrong with the value of a record, "" for nothing.
-std::string FilterAudit::value_fault(const Filter& filter, std::string_view record) {
+std::string FilterAudit::value_fault(const Filter& filter, std::string_view record) const {
   const auto part = [&](std::string_view which) {
     return Comm_Sel().TransComp_NoLabels(session_.context, filter.code, record, which, true, false);
   };
-  const FieldType type = type_of(filter.code, text::to_int16(part("GETFIELD")));
+  const FieldType type{Comm_Sel().Get_TypeOfFieldFromID(
+      session_.context, text::to_int16(part("GETFIELD")), filter.code)};
   const std::string op = part("GETOPERATOR");
   const std::string value = part("GETVALUE");
   if (op == "LIKE") return is_literal(value, FieldType::kVarWChar) ? "" : no_literal(value, type);
@@ -69,14 +72,6 @@ std::string FilterAudit::value_fault(const Filter& filter, std::string_view reco
     if (!is_literal(element, type)) return no_literal(element, type);
   }
   return {};
-}
-
-FieldType FilterAudit::type_of(const std::string& code, std::int16_t id) {
-  const auto [entry, is_new] = types_.try_emplace({code, id});
-  if (is_new) {
-    entry->second = FieldType{Comm_Sel().Get_TypeOfFieldFromID(session_.context, id, code)};
-  }
-  return entry->second;
 }
 
 // What the library or the server says against it.

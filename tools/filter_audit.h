@@ -12,7 +12,7 @@
 
 namespace kestrova::tool {
 
-// Checks filters, equal ones and the types of equal fields once. Refers to the session.
+// Checks filters, equal ones and equal records of a relation once. Refers to the session.
 class FilterAudit {
  public:
   explicit FilterAudit(const Session& session) : session_(session) {}
@@ -24,13 +24,12 @@ class FilterAudit {
  private:
   std::optional<CriteriaFault> look_for_fault(const Filter& filter);
   std::optional<CriteriaFault> find_value_fault(const Filter& filter);
-  std::string value_fault(const Filter& filter, std::string_view record);
-  FieldType type_of(const std::string& code, std::int16_t id);
+  std::string value_fault(const Filter& filter, std::string_view record) const;
   std::optional<CriteriaFault> refusal(const Filter& filter) const;
 
   const Session& session_;
   std::map<std::pair<std::string, std::string>, std::optional<CriteriaFault>> faults_;
-  std::map<std::pair<std::string, std::int16_t>, FieldType> types_;
+  std::map<std::pair<std::string, std::string>, std::string> value_faults_;  // by code and record
   std::map<std::string, bool> known_relations_;
 };
 
