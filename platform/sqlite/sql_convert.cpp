@@ -155,8 +155,9 @@ Value text_to_stored(std::string_view text, const SqlType& type) {
       return fit_integer(*number, type);
     }
     case TypeClass::kDecimal: {
+      // Only a float is written with an exponent.
       const auto number = parse_number(text);
-      if (!number) throw_bad_number(text, type);
+      if (!number || text.find_first_of("eE") != text.npos) throw_bad_number(text, type);
       return fit_decimal(*number, type);
     }
     case TypeClass::kFloat: {
