@@ -150,7 +150,7 @@ std::string Comm_Sel::Get_SQLValueFromID(std::int16_t id_selektion,
 
 std::int16_t Comm_Sel::get_FieldID(std::string_view strFieldString) const {
   const std::string name = text::upper(text::trim(strFieldString));
-  const auto& entries = selection_form().cboField().entries();
+  const auto& entries = selection_form().field_list().entries();
   const auto entry = std::find_if(entries.begin(), entries.end(), [&name](const ListEntry& e) {
     return text::upper(text::trim(e.text)) == name;
   });

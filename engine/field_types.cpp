@@ -83,7 +83,7 @@ std::int16_t Comm_Sel::Get_TypeOfFieldNew(const KesVar& KesVar, std::string_view
 std::int16_t Comm_Sel::Get_TypeOfField(const KesVar& KesVar, std::string_view /*val*/,
                                        bool /*Nick*/, Recordset* tmpSelektion,
                                        std::string_view Parameter) const {
-  const ComboBox& fields = selection_form().cboField();
+  const ComboBox& fields = selection_form().field_list();
   const std::int16_t id = selected_field_id(fields);
   const Relation relation(Parameter);
   if (relation.catalogue || relation.restricted) return field_type(KesVar, relation, id);

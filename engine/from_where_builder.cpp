@@ -1,5 +1,7 @@
 #include "engine/from_where_builder.h"
 
+#include <algorithm>
+
 #include "engine/criterion.h"
 #include "platform/text.h"
 
@@ -16,6 +18,22 @@ void FromWhereBuilder::add_condition_once(std::string_view condition) {
   if (text::contains_ignoring_case(where, condition)) return;
   where += condition;
   where += " AND ";
+}
+
+void FromWhereBuilder::add_join(const FieldJoin& join, TableAccessService& service,
+                                std::string_view run_type) {
+  struct JoinKind {
+    std::string_view kind;
+    std::size_t tables;
+  };
+  constexpr std::array kKinds = {JoinKind{"", 1}, JoinKind{"INNER", 2}, JoinKind{"TRIPLE", 3}};
+  const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
+                                 [&join](const JoinKind& k) { return k.kind == join.kind; });
+  if (kind == kKinds.end()) return;
+  for (std::size_t i = 0; i < kind->tables; ++i) {
+    from = service.AddTable(from, join.tables[i], run_type);
+  }
+  for (std::size_t i = 0; i + 1 < kind->tables; ++i) add_condition_once(join.conditions[i]);
 }
 
 void FromWhereBuilder::add_criterion(std::string_view expression, std::string_view comparison,

@@ -2,10 +2,20 @@
 // committing the editor's list have in common.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
+#include "platform/suite.h"
+
 namespace kestrova {
+
+// The tables of a field of SELEKTION, and how they are joined.
+struct FieldJoin {
+  std::string kind;  // "" for one table, "INNER" for two, "TRIPLE" for three
+  std::array<std::string, 3> tables;
+  std::array<std::string, 2> conditions;
+};
 
 struct FromWhereBuilder {
   std::string from;               // tables, without the word FROM
@@ -17,6 +27,9 @@ struct FromWhereBuilder {
 
   // Appends a join condition unless WHERE holds it already, in either case of letters.
   void add_condition_once(std::string_view condition);
+
+  // Adds the tables of a field and their join conditions; a join of any other kind adds nothing.
+  void add_join(const FieldJoin& join, TableAccessService& service, std::string_view run_type);
 
   // Appends a criterion. The word NULL as value, in any case, asks for rows without a value and
   // uses expression; any other value is compared with comparison as it stands.

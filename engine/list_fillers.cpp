@@ -72,7 +72,7 @@ std::string Comm_Sel::ApcboValue(const KesVar& KesVar, std::string_view val,
                                  std::string_view Parameter) const {
   const Relation relation(Parameter);
   if (relation.catalogue || relation.restricted) {
-    const std::int16_t type = is_null_entry(selection_form().cboValue())
+    const std::int16_t type = is_null_entry(selection_form().value_list())
                                   ? std::int16_t{0}
                                   : Get_TypeOfField(KesVar, "", false, dbSelektion_dll, Parameter);
     return sql_value(val, type);

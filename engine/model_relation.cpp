@@ -72,12 +72,20 @@ constexpr std::array kList = {
     ModelRelationRule{prefix("STAMMEINGABE_BB"), "STAMMEINGABE_BB"},
 };
 
+constexpr std::array kEditor = {
+    ModelRelationRule{exact("2ABR#"), "2ABR1"},
+    ModelRelationRule{exact("2ABR#-A"), "2ABR1-A"},
+    ModelRelationRule{prefix_any_case("VERTP"), "VERTP"},
+    ModelRelationRule{prefix_any_case("VERTM"), "VERTM"},
+};
+
 // clang-format on
 
 constexpr CodeTest code_of(const ModelRelationRule& rule) { return rule.code; }
 
 static_assert(rows_are_distinct(kLookup, code_of));
 static_assert(rows_are_distinct(kList, code_of));
+static_assert(rows_are_distinct(kEditor, code_of));
 
 template <class Rules>
 std::optional<std::string> find_relation(const Rules& rules, std::string_view code) {
@@ -93,6 +101,10 @@ std::optional<std::string> find_relation(const Rules& rules, std::string_view co
 std::string model_relation_for_lookup(std::string_view code) {
   const auto relation = find_relation(kLookup, code);
   return relation ? *relation : text::upper(text::trim(code));
+}
+
+std::string model_relation_for_editor(std::string_view code) {
+  return find_relation(kEditor, code).value_or(std::string(code));
 }
 
 std::string model_relation_for_list(std::string_view code) {

@@ -16,4 +16,8 @@ std::string model_relation_for_lookup(std::string_view code);
 // others; a code without a row stays as it is.
 std::string model_relation_for_list(std::string_view code);
 
+// For the editor's model list, by the code under which the editor works; a code without a row stays
+// as it is.
+std::string model_relation_for_editor(std::string_view code);
+
 }  // namespace kestrova

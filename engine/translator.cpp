@@ -138,32 +138,18 @@ void Translator::add_service_criterion(std::int16_t id, std::string_view op,
 }
 
 void Translator::add_selektion_criterion(std::string_view op, std::string_view value) {
-  const auto column = [this](std::string_view name) {
-    return selektion_->value(name).text_or_empty();
-  };
-  const auto add_table = [&](std::string_view name) {
-    text_.from = service_->AddTable(text_.from, column(name), variant_);
-  };
-  const std::string expression = field_expression(*selektion_);
+  const Recordset& row = *selektion_;
+  const auto column = [&row](std::string_view name) { return row.value(name).text_or_empty(); };
+  const std::string expression = field_expression(row);
+  const bool has_own_expression = !row.value("SQLVALUE").is_null();
+  const FieldJoin join = {upper_trimmed(row.value("SQLSELECT")),
+                          {column("TABLE_NAME"), column("TABLE_NAME_II"), column("TABLE_NAME_III")},
+                          {column("CONDITION"), column("CONDITIONII")}};
+  text_.add_join(join, *service_, variant_);
   // A field without an expression of its own is compared by its column only where it stands in the
   // main table.
-  std::string comparison = selektion_->value("SQLVALUE").is_null() ? std::string() : expression;
-  const std::string join = upper_trimmed(selektion_->value("SQLSELECT"));
-  if (join.empty()) {
-    add_table("TABLE_NAME");
-    comparison = expression;
-  } else if (join == "INNER") {
-    add_table("TABLE_NAME");
-    add_table("TABLE_NAME_II");
-    text_.add_condition_once(column("CONDITION"));
-  } else if (join == "TRIPLE") {
-    add_table("TABLE_NAME");
-    add_table("TABLE_NAME_II");
-    add_table("TABLE_NAME_III");
-    text_.add_condition_once(column("CONDITION"));
-    text_.add_condition_once(column("CONDITIONII"));
-  }
-  text_.add_criterion(expression, comparison, op, value);
+  const bool is_compared = has_own_expression || join.kind.empty();
+  text_.add_criterion(expression, is_compared ? expression : "", op, value);
 }
 
 std::string Translator::where_text() const {

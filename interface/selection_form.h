@@ -11,10 +11,10 @@ class SelectionForm {
   virtual ~SelectionForm() = default;
 
   // The list of selectable fields: display name, and the field's identifier as item data.
-  virtual const ComboBox& cboField() const = 0;
+  virtual const ComboBox& field_list() const = 0;
 
   // The list of values of the selected field.
-  virtual const ComboBox& cboValue() const = 0;
+  virtual const ComboBox& value_list() const = 0;
 
  protected:
   SelectionForm() = default;

@@ -93,7 +93,7 @@ void EntryList::pick(int index) {
   if (reachable()) set_index(index);
 }
 
-void ListBox::double_click() {
+void EntryList::double_click() {
   if (reachable()) raise(on_double_click);
 }
 

@@ -72,8 +72,9 @@ class EntryList : public Control {
  public:
   using Control::Control;
 
-  // Handler of the click event.
+  // Handlers of the click and of the double click.
   std::function<void()> on_click;
+  std::function<void()> on_double_click;
 
   int count() const { return static_cast<int>(entries_.size()); }
   const std::vector<ListEntry>& entries() const { return entries_; }
@@ -102,6 +103,8 @@ class EntryList : public Control {
 
   // A user's pick: set_index, unless the control is not reachable.
   void pick(int index);
+  // A user's double click on the selected entry.
+  void double_click();
 
  protected:
   const ListEntry& entry(int index) const;
@@ -122,13 +125,13 @@ class ListBox : public EntryList {
  public:
   using EntryList::EntryList;
 
-  std::function<void()> on_double_click;
-
-  // First visible entry, from which the target of a drop is found.
+  // First visible entry and the height of a row, from which the target of a drop is found. A view
+  // sets them; the height is in the unit in which it reports the drop.
   int top_index = 0;
+  double row_height = 1;
 
-  // A user's double click on the selected entry.
-  void double_click();
+  // Whether one of its entries is being dragged.
+  bool is_dragging = false;
 
   // Text of the selected entry, "" when none is selected.
   std::string text() const;
@@ -145,6 +148,9 @@ class ComboBox : public EntryList {
 
   // See the rules at the top.
   void set_text(std::string_view text);
+
+  // Whether an entry has exactly this text.
+  bool has_entry(std::string_view text) const { return find_exact(text) != -1; }
   void clear() override;
 
  protected:

@@ -78,12 +78,17 @@ class UserInterface {
 class BusyPointer {
  public:
   explicit BusyPointer(UserInterface& ui) : ui_(ui) { ui_.set_pointer(PointerShape::kHourglass); }
-  ~BusyPointer() { ui_.set_pointer(PointerShape::kDefault); }
+  ~BusyPointer() {
+    if (!kept_) ui_.set_pointer(PointerShape::kDefault);
+  }
+  // Leaves the hourglass as it is.
+  void keep() { kept_ = true; }
   BusyPointer(const BusyPointer&) = delete;
   BusyPointer& operator=(const BusyPointer&) = delete;
 
  private:
   UserInterface& ui_;
+  bool kept_ = false;
 };
 
 }  // namespace kestrova

@@ -115,7 +115,7 @@ Session open_session(const GlobalOptions& options) {
                 .user_interface = std::make_shared<ConsoleUserInterface>(),
                 .user_locale = locale,
                 .make_selection_form = [lists] { return lists; }});
-  Session session{.context = {}, .format = ValueFormat(locale, options.date_order), .lists = lists};
+  Session session{.context = {}, .format = ValueFormat(locale), .lists = lists};
   session.context.dbado = connection;
   session.context.strLanguage = options.language;
   session.context.strOderLine = options.or_line;

@@ -2,19 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <iomanip>
-#include <sstream>
 
-#include "platform/error.h"
 #include "platform/text.h"
 
 namespace kestrova::tool {
 namespace {
-
-struct DateForm {
-  std::string_view order;
-  char separator;
-};
 
 struct TypeName {
   FieldType type;
@@ -23,10 +15,6 @@ struct TypeName {
 };
 
 // clang-format off
-constexpr std::array kDateForms = {
-    DateForm{"DMY", '.'}, DateForm{"MDY", '/'}, DateForm{"YMD", '-'}, DateForm{"YDM", '.'},
-};
-
 constexpr std::array kTypeNames = {
     TypeName{FieldType::kEmpty, "unknown"},
     TypeName{FieldType::kSmallInt, "small integer", true},
@@ -69,44 +57,9 @@ const TypeName* find_type(FieldType type) {
   return row == kTypeNames.end() ? nullptr : &*row;
 }
 
-const DateForm& date_form(std::string_view order) {
-  const auto form = std::find_if(kDateForms.begin(), kDateForms.end(),
-                                 [order](const DateForm& f) { return f.order == order; });
-  if (form == kDateForms.end()) {
-    throw InvalidArgument("'" + std::string(order) + "' is no date order.");
-  }
-  return *form;
-}
-
-std::string padded(int number, int width) {
-  std::ostringstream out;
-  out << std::setw(width) << std::setfill('0') << number;
-  return out.str();
-}
-
-std::string time_of_day(const DateTime& date) {
-  if (date.hour == 0 && date.minute == 0 && date.second == 0) return {};
-  const std::string minutes = " " + padded(date.hour, 2) + ":" + padded(date.minute, 2);
-  return date.second == 0 ? minutes : minutes + ":" + padded(date.second, 2);
-}
-
 }  // namespace
 
-ValueFormat::ValueFormat(std::shared_ptr<const UserLocale> locale, std::string_view date_order)
-    : locale_(std::move(locale)),
-      order_(date_form(date_order).order),
-      separator_(date_form(date_order).separator) {}
-
-std::string ValueFormat::show_date(const DateTime& date) const {
-  std::string text;
-  for (const char part : order_) {
-    if (!text.empty()) text += separator_;
-    text += part == 'Y'   ? padded(date.year, 4)
-            : part == 'M' ? padded(date.month, 2)
-                          : padded(date.day, 2);
-  }
-  return text + time_of_day(date);
-}
+ValueFormat::ValueFormat(std::shared_ptr<const UserLocale> locale) : locale_(std::move(locale)) {}
 
 std::string ValueFormat::show_date_literal(std::string_view literal) const {
   constexpr std::string_view kShape = "'00.00.0000'";
@@ -119,16 +72,11 @@ std::string ValueFormat::show_date_literal(std::string_view literal) const {
   const DateTime date{.year = text::to_int16(literal.substr(7, 4)),
                       .month = text::to_int16(literal.substr(4, 2)),
                       .day = text::to_int16(literal.substr(1, 2))};
-  return "'" + show_date(date) + "'";
+  return "'" + locale_->format_date(date) + "'";
 }
 
 std::string ValueFormat::show(const Value& value) const {
-  if (value.is_null()) return "NULL";
-  if (const DateTime* date = value.get_if<DateTime>()) return show_date(*date);
-  if (const bool* truth = value.get_if<bool>()) return locale_->boolean_text(*truth);
-  const std::string text = value.text();
-  const bool has_fraction = value.get_if<double>() != nullptr || value.get_if<Decimal>() != nullptr;
-  return has_fraction ? text::replace_all(text, ".", locale_->decimal_separator()) : text;
+  return value.is_null() ? "NULL" : user_text(value, *locale_);
 }
 
 Json to_json(const Value& value) {

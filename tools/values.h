@@ -18,15 +18,10 @@ using Json = nlohmann::ordered_json;
 // How the user writes values.
 class ValueFormat {
  public:
-  // date_order is "DMY", "MDY", "YMD" or "YDM"; raises InvalidArgument for any other.
-  ValueFormat(std::shared_ptr<const UserLocale> locale, std::string_view date_order);
+  explicit ValueFormat(std::shared_ptr<const UserLocale> locale);
 
-  // "NULL" for NULL, the user's decimal separator in numbers, the user's words for a boolean.
+  // "NULL" for NULL, else the value as the user reads it.
   std::string show(const Value& value) const;
-
-  // "31.12.2024", "12/31/2024", "2024-12-31" or "2024.31.12" by date order; the time follows when
-  // it is not midnight.
-  std::string show_date(const DateTime& date) const;
 
   // The literal 'dd.mm.yyyy', in which dates are stored, as the user's own literal. Any other text
   // comes back as it is.
@@ -34,8 +29,6 @@ class ValueFormat {
 
  private:
   std::shared_ptr<const UserLocale> locale_;
-  std::string_view order_;
-  char separator_;
 };
 
 // The value for programs: dates as ISO texts, exact decimals as texts (so that no digit is lost),

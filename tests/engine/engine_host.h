@@ -21,8 +21,8 @@ namespace kestrova::test {
 // An editor that is nothing but its field list and its value list.
 class FakeSelectionForm : public SelectionForm {
  public:
-  const ComboBox& cboField() const override { return fields; }
-  const ComboBox& cboValue() const override { return values; }
+  const ComboBox& field_list() const override { return fields; }
+  const ComboBox& value_list() const override { return values; }
 
   // Adds a field to the list, without selecting it.
   void add(std::string_view display_name, std::int32_t id);

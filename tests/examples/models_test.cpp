@@ -38,8 +38,8 @@ constexpr const char* kUnreachable = "O'Brien Holzhandel";
 // An editor that is nothing but its field list and its value list.
 class ListsOnly : public SelectionForm {
  public:
-  const ComboBox& cboField() const override { return fields; }
-  const ComboBox& cboValue() const override { return values; }
+  const ComboBox& field_list() const override { return fields; }
+  const ComboBox& value_list() const override { return values; }
 
   ComboBox fields{"cboField", ComboBox::Style::kDropDownList};
   ComboBox values{"cboValue", ComboBox::Style::kFreeText};

@@ -16,8 +16,8 @@ const ModuleState kStateAtStart = module_state();
 
 class FakeForm : public SelectionForm {
  public:
-  const ComboBox& cboField() const override { return fields_; }
-  const ComboBox& cboValue() const override { return values_; }
+  const ComboBox& field_list() const override { return fields_; }
+  const ComboBox& value_list() const override { return values_; }
 
  private:
   ComboBox fields_{"cboField", ComboBox::Style::kDropDownList};

@@ -11,14 +11,14 @@ namespace {
 constexpr DateTime kDay{.year = 2024, .month = 3, .day = 5};
 
 ValueFormat format_of(const char* language, const char* date_order) {
-  return {std::make_shared<SettingsUserLocale>(language, date_order), date_order};
+  return ValueFormat(std::make_shared<SettingsUserLocale>(language, date_order));
 }
 
 TEST(ValueFormat, ShowsDatesInTheUsersOrder) {
   EXPECT_EQ(format_of("DE", "DMY").show(kDay), "05.03.2024");
   EXPECT_EQ(format_of("DE", "MDY").show(kDay), "03/05/2024");
   EXPECT_EQ(format_of("DE", "YMD").show(kDay), "2024-03-05");
-  EXPECT_EQ(format_of("DE", "YDM").show(kDay), "2024.05.03");
+  EXPECT_EQ(format_of("DE", "YDM").show(kDay), "2024/05/03");
 }
 
 TEST(ValueFormat, ShowsATimeThatIsNotMidnight) {
@@ -52,11 +52,6 @@ TEST(ValueFormat, ShowsStoredDateLiterals) {
   EXPECT_EQ(english.show_date_literal("GETDATE()-30"), "GETDATE()-30");
   EXPECT_EQ(english.show_date_literal("'5.3.2024'"), "'5.3.2024'");
   EXPECT_EQ(english.show_date_literal("Null"), "Null");
-}
-
-TEST(ValueFormat, RefusesAnUnknownOrder) {
-  EXPECT_THROW(ValueFormat(std::make_shared<SettingsUserLocale>("DE", "DMY"), "DYM"),
-               InvalidArgument);
 }
 
 TEST(JsonValues, KeepEveryDigit) {
