@@ -4,6 +4,7 @@
 #include <array>
 
 #include "engine/comm_sel.h"
+#include "engine/value_queries.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/text.h"
@@ -14,34 +15,7 @@
 namespace kestrova::tool {
 namespace {
 
-struct LookupQuery {
-  std::string_view nickname;
-  std::string_view query;
-};
-
 // clang-format off
-// Fields whose values come from a table of their own.
-constexpr std::array kLookupQueries = {
-    LookupQuery{"HA", "SELECT HA FROM HOLZART WHERE ISNULL(DISABLE,0) = 0 ORDER BY HA"},
-    LookupQuery{"HS", "SELECT HS FROM HOLZSORTE ORDER BY HS"},
-    LookupQuery{"GKL", "SELECT GKL FROM GUETEKLASSE ORDER BY GKL"},
-    LookupQuery{"STKL", "SELECT STKL FROM STKL ORDER BY STKL"},
-    LookupQuery{"NA", "SELECT NA FROM NUTZUNGSART ORDER BY NA"},
-    LookupQuery{"KA", "SELECT KA FROM KALAMITAET ORDER BY KA"},
-    LookupQuery{"LAUB/NADEL", "SELECT DISTINCT LNH FROM HOLZART ORDER BY LNH"},
-    LookupQuery{"RELTABLE 1", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 1 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 2", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 2 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 3", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 3 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 4", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 4 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 5", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 5 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 6", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 6 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 7", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 7 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 8", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 8 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 9", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 9 ORDER BY KURZNAME"},
-    LookupQuery{"RELTABLE 10", "SELECT KURZNAME FROM RELTABLE WHERE RELTABLE_ID = 10 ORDER BY KURZNAME"},
-    LookupQuery{"SORTIMENT", "SELECT NAME FROM DSART ORDER BY 1"},
-};
-
 // Fields that choose a unit: what stands for True and for False.
 struct UnitField {
   std::string_view nickname;
@@ -132,10 +106,8 @@ void read_catalogue_list(const Session& session, const Field& field, PickList& l
 // --- Relations of SELEKTION ----------------------------------------------------------------------
 
 std::string selektion_query(const Field& field) {
-  const auto lookup = std::find_if(
-      kLookupQueries.begin(), kLookupQueries.end(),
-      [&](const LookupQuery& row) { return row.nickname == text::upper(field.nickname); });
-  if (lookup != kLookupQueries.end()) return std::string(lookup->query);
+  const std::string_view fixed = fixed_value_query(field.nickname);
+  if (!fixed.empty()) return std::string(fixed);
 
   Recordset* const rows = field.selektion.get();
   const Comm_Sel engine;

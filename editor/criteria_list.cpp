@@ -1,0 +1,283 @@
+// The list of criteria: composing, inserting, moving and showing lines.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "editor/f_selection.h"
+#include "engine/comm_sel.h"
+#include "engine/queries.h"
+#include "interface/module_state.h"
+#include "platform/error.h"
+#include "platform/text.h"
+#include "relations/date_expressions.h"
+
+namespace kestrova {
+namespace {
+
+constexpr std::int32_t kOrLineData = -2;
+constexpr int kMostLines = std::numeric_limits<std::int16_t>::max();
+
+// A line of the list, taken apart for the pickers.
+struct LineParts {
+  std::string field;
+  std::string op;
+  std::string value;
+};
+
+// Where the operator of a line begins; npos for a line without one. The first candidate in the text
+// counts, words only between blanks.
+std::size_t operator_offset(std::string_view line) {
+  struct Candidate {
+    std::string_view text;
+    std::size_t skipped;  // what stands before the operator itself
+  };
+  constexpr std::array kCandidates = {Candidate{"<", 0}, Candidate{">", 0}, Candidate{"=", 0},
+                                      Candidate{" IN ", 1}, Candidate{" LIKE ", 1}};
+  std::size_t result = std::string_view::npos;
+  for (const Candidate& candidate : kCandidates) {
+    const std::size_t found = line.find(candidate.text);
+    if (found != std::string_view::npos) result = std::min(result, found + candidate.skipped);
+  }
+  return result;
+}
+
+// A value without the apostrophes around it; a trailing one goes only where a leading one stood.
+std::string_view unquoted(std::string_view value) {
+  if (!value.starts_with('\'')) return value;
+  value.remove_prefix(1);
+  if (value.ends_with('\'')) value.remove_suffix(1);
+  return value;
+}
+
+LineParts split_line(std::string_view line) {
+  const std::size_t at = operator_offset(line);
+  if (at == std::string_view::npos) return {};
+  const std::string_view rest = line.substr(at);
+  const std::size_t blank = std::min(rest.find(' '), rest.size());
+  LineParts parts;
+  parts.field = line.substr(0, at == 0 ? 0 : at - 1);
+  parts.op = rest.substr(0, blank);
+  // An IN list is not put back into the value box.
+  if (parts.op != "IN") parts.value = unquoted(rest.substr(std::min(blank + 1, rest.size())));
+  return parts;
+}
+
+}  // namespace
+
+void F_Selection::ShowFormula() {
+  Formula.set_text(cboField.text() + " " + cboOperator.text() + " " + strValue);
+}
+
+bool F_Selection::is_date_entry(std::string_view value) const {
+  const bool one_point = value.find('.') == value.rfind('.');
+  if (one_point && user_locale().is_numeric(value)) return true;
+  return user_locale().to_date(value).has_value() || text::upper(value) == "NULL";
+}
+
+bool F_Selection::IsCriterionComplete() {
+  if (cboField.text().empty() || cboOperator.text().empty() || cboValue.text().empty())
+    return false;
+  const std::int16_t type =
+      Comm_Sel().Get_TypeOfFieldFromID(context_, selected_field_id(cboField), lookup_relation());
+  if (!IsDateFieldType(type)) return true;
+  const bool complete = is_date_entry(cboValue.text());
+  SetControlFocus(cboValue);
+  return complete;
+}
+
+void F_Selection::insert_line(std::string_view text, int index, std::int32_t item_data) {
+  if (ListCriteria.count() >= kMostLines) {
+    throw Overflow("The list of criteria holds at most " + std::to_string(kMostLines) + " lines.");
+  }
+  ListCriteria.insert(text, index);
+  ListCriteria.set_item_data(index, item_data);
+}
+
+void F_Selection::select_new_line(int index) {
+  ListCriteria.set_index(ListCriteria.count() == 1 ? 0 : index);
+}
+
+void F_Selection::btnNew_Click() {
+  ListCriteria.clear();
+  cboValue.clear();
+  if (cboField.count() == 0) return;
+  cboField.set_index(0);
+  Formula.set_text("");
+}
+
+void F_Selection::btnInsert_Click() {
+  if (!IsCriterionComplete()) return;
+  if (cboOperator.text() == "IN" && text::length(strValue) == 2) return;
+  const int index = ListCriteria.index() + 1;
+  insert_line(Formula.text(), index, cboField.item_data(cboField.index()));
+  select_new_line(index);
+  SetListButtons();
+  SetControlFocus(cboField);
+}
+
+void F_Selection::btnReplace_Click() {
+  const int index = ListCriteria.index();
+  if (!IsCriterionComplete() || index < 0) return;
+  ListCriteria.set_entry_text(index, Formula.text());
+  ListCriteria.set_item_data(index, cboField.item_data(cboField.index()));
+}
+
+void F_Selection::btnDelete_Click() {
+  const int index = ListCriteria.index();
+  if (index < 0) return;
+  ListCriteria.remove(index);
+  ListCriteria.set_index(-1);
+  if (index > 0) {
+    ListCriteria.set_index(index - 1);
+  } else if (ListCriteria.count() > 0) {
+    ListCriteria.set_index(0);
+  }
+}
+
+void F_Selection::btnOr_Click() {
+  const int index = ListCriteria.index();
+  const auto is_or_at = [this](int i) { return is_or_line(ListCriteria.entry_text(i)); };
+  const bool is_on_or_line = index >= 0 && is_or_at(index);
+  const bool is_last = index == ListCriteria.count() - 1;
+  if (!is_on_or_line && (is_last || !is_or_at(index + 1))) AddOrLine();
+  SetListButtons();
+  SetControlFocus(cboField);
+}
+
+void F_Selection::AddOrLine() {
+  const int index = ListCriteria.index() + 1;
+  insert_line(context_.strOderLine, index, kOrLineData);
+  select_new_line(index);
+}
+
+void F_Selection::btnPlus_Click() {
+  // It is the nickname that must not stand in the list, not the value.
+  const bool holds_nickname =
+      !strNickName.empty() && strValue.find(strNickName) != std::string::npos;
+  if (holds_nickname || cboValue.text().empty()) return;
+  const std::string value = converted_value();
+  const std::size_t length = text::length(strValue);
+  if (length == 0) throw InvalidArgument("There is no list to add the value to.");
+  const std::string before(text::left(strValue, length == 2 ? 1 : length - 1));
+  const std::string last(text::mid(strValue, length));
+  strValue = before + (length == 2 ? "" : ", ") + value + last;
+  ShowFormula();
+}
+
+void F_Selection::btnMinus_Click() {
+  if (cboValue.text().empty()) return;
+  const std::string value = converted_value();
+  for (const std::string& piece : {", " + value, value + ", ", value}) {
+    const std::size_t at = strValue.find(piece);
+    if (at == std::string::npos) continue;
+    strValue.erase(at, piece.size());
+    break;
+  }
+  ShowFormula();
+}
+
+void F_Selection::btnFirst_Click() {
+  if (ListCriteria.index() >= 1) ListCriteria.set_index(0);
+}
+
+void F_Selection::btnPrev_Click() {
+  if (ListCriteria.index() >= 1) ListCriteria.set_index(ListCriteria.index() - 1);
+}
+
+void F_Selection::btnNext_Click() {
+  if (ListCriteria.index() < ListCriteria.count() - 1) {
+    ListCriteria.set_index(ListCriteria.index() + 1);
+  }
+}
+
+void F_Selection::btnLast_Click() { ListCriteria.set_index(ListCriteria.count() - 1); }
+
+void F_Selection::cmdUp_Click() {
+  const int index = ListCriteria.index();
+  if (index < 1) return;
+  try {
+    const ListEntry line = ListCriteria.entries()[static_cast<std::size_t>(index)];
+    insert_line(line.text, index - 1, line.item_data);
+    ListCriteria.remove(index + 1);
+    ListCriteria.set_index(index - 1);
+    SetListButtons();
+  } catch (const Error&) {
+    // A move that fails is abandoned where it stands.
+  }
+}
+
+void F_Selection::cmdDown_Click() {
+  const int index = ListCriteria.index();
+  if (index < 0 || index == ListCriteria.count() - 1) return;
+  try {
+    const ListEntry line = ListCriteria.entries()[static_cast<std::size_t>(index)];
+    insert_line(line.text, index + 2, line.item_data);
+    ListCriteria.remove(index);
+    ListCriteria.set_index(index + 1);
+    SetListButtons();
+  } catch (const Error&) {
+    // A move that fails is abandoned where it stands.
+  }
+}
+
+void F_Selection::ListCriteria_Click() { SetListButtons(); }
+
+void F_Selection::ListCriteria_DblClick() { SetListButtons(); }
+
+void F_Selection::ListCriteria_MouseMove(int Button) {
+  if (Button == 1) ListCriteria.is_dragging = true;
+}
+
+void F_Selection::ListCriteria_DragDrop(const Control& source, double /*x*/, double y) {
+  ListCriteria.is_dragging = false;
+  if (source.name() != "ListCriteria" || ListCriteria.count() == 0) return;
+  const auto row_height = std::max(1L, std::lrint(ListCriteria.row_height));
+  const long dropped = ListCriteria.top_index + std::lrint(y) / row_height;
+  const int index = ListCriteria.index();
+  if (dropped == index) return;
+  // Also a drop above the first row must not cost the line.
+  const int target = static_cast<int>(std::clamp(dropped, 0L, ListCriteria.count() - 1L));
+  if (index >= 0) {
+    const std::string line = ListCriteria.entry_text(index);
+    ListCriteria.remove(index);
+    // The line keeps its text only; what it stands for is read from the text.
+    ListCriteria.insert(line, target);
+    ListCriteria.set_index(target);
+  }
+  SetListButtons();
+}
+
+void F_Selection::SetListButtons() {
+  const int index = ListCriteria.index();
+  const int count = ListCriteria.count();
+  cmdUp.set_enabled(index >= 1);
+  cmdDown.set_enabled(index >= 0 && index < count - 1);
+  if (index == -1 && count >= 1) ListCriteria.set_index(0);
+
+  cboField.set_index(-1);
+  cboOperator.set_index(-1);
+  cboValue.set_text("");
+  Formula.set_text("");
+  const std::string line = ListCriteria.text();
+  if (!line.empty() && !is_or_line(line)) load_line(line);
+}
+
+void F_Selection::load_line(const std::string& line) {
+  const LineParts parts = split_line(line);
+  try {
+    cboField.set_text(parts.field);
+  } catch (const Error&) {
+    // Also a line whose field is no longer offered must load and show.
+    cboField.set_index(-1);
+  }
+  if (cboOperator.has_entry(parts.op)) {
+    cboOperator.set_text(parts.op);
+  } else {
+    cboOperator.set_index(-1);
+  }
+  cboValue.set_text(parts.value);
+  Formula.set_text(line);
+}
+
+}  // namespace kestrova

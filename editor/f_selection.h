@@ -1,0 +1,250 @@
+// F_Selection: the selection editor ("Selektion") as a model over controls, without a window.
+//
+// A user builds the list of criteria, commits it, and manages models; a view shows the controls and
+// passes the user's actions on. Every handler bears the name control + "_" + event and may also be
+// called by the host. Handlers show nothing for incomplete input; they ignore the action. Errors of
+// the database and of the suite's services reach the caller of the event.
+//
+// Needs an installed host (interface/module_state.h). One instance lives as long as the library; it
+// is hidden, not destroyed, when the user closes it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "interface/selection_form.h"
+#include "platform/controls.h"
+#include "platform/kes_var.h"
+#include "platform/suite.h"
+#include "platform/user_interface.h"
+
+namespace kestrova {
+
+// Where the selection of a contract is stored.
+struct ContractSelection {
+  std::string_view table;
+  std::int32_t record;
+};
+
+// For relations that begin with "VERTP" or "VERTM", in either case: the table, and the record whose
+// number the code carries behind its first five characters.
+std::optional<ContractSelection> contract_selection(std::string_view relation);
+
+// What the host installs as Host::make_selection_form.
+std::shared_ptr<SelectionForm> make_selection_form();
+
+class F_Selection final : public SelectionForm, public ModalDialog {
+ public:
+  F_Selection();
+
+  // --- Controls, under their own names
+  // --------------------------------------------------------------
+
+  // The criteria: display name, operator and value as text, the field's identifier as item data. An
+  // OR line has the text of the OR line and item data -2.
+  ListBox ListCriteria{"ListCriteria"};
+  TextBox Formula{"Formula"};
+  ComboBox cboField{"cboField", ComboBox::Style::kDropDownList};
+  ComboBox cboOperator{"cboOperator", ComboBox::Style::kDropDownList};
+  ComboBox cboValue{"cboValue", ComboBox::Style::kFreeText};
+  // The models of the relation: name, and MODELS.ID as item data.
+  ComboBox Model{"Model", ComboBox::Style::kDropDownList};
+  TextBox txtStandard{"txtStandard"};
+  CheckBox chkStandard{"chkStandard"};
+  CheckBox Check1{"Check1"};  // locked
+  CheckBox chkAL{"chkAL"};    // bound to the user's access level
+  Frame Frame1{"Frame1"};
+  Frame Frame4{"Frame4"};
+  Button btnNew{"btnNew"}, btnInsert{"btnInsert"}, btnReplace{"btnReplace"}, btnDelete{"btnDelete"},
+      btnOr{"btnOr"}, btnPlus{"btnPlus"}, btnMinus{"btnMinus"};
+  Button btnFirst{"btnFirst"}, btnPrev{"btnPrev"}, btnNext{"btnNext"}, btnLast{"btnLast"},
+      cmdUp{"cmdUp"}, cmdDown{"cmdDown"};
+  Button btnOk{"btnOk"}, btnCancel{"btnCancel"};
+  Button btnSaveModelle{"btnSaveModelle"}, btnSaveModelleAs{"btnSaveModelleAs"},
+      btnDeleteModelle{"btnDeleteModelle"};
+
+  // --- Start-up
+  // ---------------------------------------------------------------------------------------
+
+  // Binds the editor to a relation: fills the field list and the model list and loads a model, the
+  // user's standard model before the first one. Call it before Run. The code is overwritten for one
+  // relation that shares the models of another.
+  void InitForm(const KesVar& context, std::string& relation_code);
+
+  // Shows the dialog until the user closes it; the two texts then hold the results of the last
+  // commit. strSubset is a criteria string to start from, for the relation "NML".
+  void Run(const KesVar& context, std::string& strSelektion_Fr_Wh, std::string& strSelektionFormula,
+           bool ReadOnly, std::string_view strSubset);
+
+  // Reads the suite's options; called once, by the first InitForm.
+  void Form_Load();
+  // Hides a visible dialog and keeps it (Cancel True).
+  void Form_Unload(bool& Cancel);
+
+  // --- Criteria list
+  // -----------------------------------------------------------------------------------
+
+  // Enables the move buttons and loads the selected line into the pickers. A field or operator that
+  // is no longer offered leaves its picker unselected.
+  void SetListButtons();
+
+  void btnNew_Click();
+  void btnInsert_Click();
+  void btnReplace_Click();
+  void btnDelete_Click();
+  void btnOr_Click();
+  void btnPlus_Click();
+  void btnMinus_Click();
+  void btnFirst_Click();
+  void btnPrev_Click();
+  void btnNext_Click();
+  void btnLast_Click();
+  void cmdUp_Click();
+  void cmdDown_Click();
+  void ListCriteria_Click();
+  void ListCriteria_DblClick();
+  // Button 1 is the left one.
+  void ListCriteria_MouseMove(int Button);
+  // y is the height of the drop in the list, in the unit of ListCriteria.row_height.
+  void ListCriteria_DragDrop(const Control& source, double x, double y);
+
+  // --- Pickers
+  // -------------------------------------------------------------------------------------------
+
+  void cboField_Click();
+  void cboOperator_Click();
+  void cboValue_Click();
+  // Sets KeyAscii to 0 for a key that the field does not take.
+  void cboValue_KeyPress(int& KeyAscii);
+  // The value box loses the focus; Cancel is never set.
+  void cboValue_Validate(bool& Cancel);
+  // Gives the focus to a control that is visible and enabled.
+  void SetControlFocus(const Control& control);
+  // The key code if the key may stand in a number with the text so far, else 0.
+  int OnlyNumbers(int KeyAscii, bool AllowDecimal, std::string_view Text) const;
+  // The nickname with the variant tag in place of its leading "R", for the fields that every
+  // invoice run has of its own; other nicknames upper-cased. Upper-cases the argument.
+  std::string SetValueFormat(std::string& nickname) const;
+
+  // --- Commit
+  // --------------------------------------------------------------------------------------------
+
+  // Turns the list into FROM/WHERE text and formula (module state) and hides the dialog. A list
+  // that begins or ends with an OR line is refused with a message.
+  void btnOk_Click();
+  // The same, and copies both results.
+  void btnOK2_Click(std::string& strSelektion_Fr_Wh, std::string& strSelektionFormula);
+  void btnCancel_Click();
+
+  // --- Models
+  // ----------------------------------------------------------------------------------------------
+
+  // Loads the selected model into the list.
+  void Model_DblClick();
+  // Shows the properties of the selected model and enables the controls.
+  void Model_Click();
+
+  // --- What views and hosts read
+  // -----------------------------------------------------------------------------
+
+  const ComboBox& field_list() const override { return cboField; }
+  const ComboBox& value_list() const override { return cboValue; }
+  std::string caption() const override { return caption_; }
+  bool is_visible() const override { return visible_; }
+  void close_requested() override;
+
+  // The relation code that the editor works with.
+  const std::string& relation() const { return strRelation; }
+  // The value part of the criterion being composed.
+  const std::string& value_text() const { return strValue; }
+  // 2 from the start of Run until its dialog has closed, else 0.
+  std::int16_t start_state() const { return intStartState; }
+  // The control that has the focus, or nullptr.
+  const Control* focused() const { return focused_; }
+
+ private:
+  // What the suite's options allow.
+  struct Options {
+    bool b018 = false;
+    bool b049 = false;
+    bool b057 = false;
+    bool change_models = false;
+    std::string or_word;  // the localised word for OR
+  };
+
+  void connect_handlers();
+  bool is_or_line(std::string_view line) const { return line == context_.strOderLine; }
+  // The relation code by which the lookups know the fields.
+  const std::string& lookup_relation() const;
+  Connection& connection() const { return connection_of(context_); }
+
+  // Criteria list
+  void ShowFormula();
+  bool IsCriterionComplete();
+  bool is_date_entry(std::string_view value) const;
+  void AddOrLine();
+  void insert_line(std::string_view text, int index, std::int32_t item_data);
+  void select_new_line(int index);
+  void load_line(const std::string& line);
+
+  // Pickers
+  std::string converted_value();
+  void FillOperatorList(ComboBox& combo, std::int16_t type);
+  void fill_catalogue_values();
+  // False when the field's join kind is unknown, which has been shown.
+  bool fill_selektion_values();
+  std::string value_query_tail(std::string_view main_table) const;
+  std::int16_t selected_type();
+
+  // Start-up
+  void bind_relation(std::string& relation_code);
+  void fill_catalogue_fields(std::string& relation_code);
+  void fill_selektion_fields();
+  void fill_models();
+  void select_start_model();
+  std::string GetModelRelation() const;
+  std::string GetStandardModelName() const;
+  std::int32_t standard_model() const;
+  void load_start_selection(std::string_view subset);
+  void show_modally();
+
+  // Commit
+  bool is_refused_by_or_line(std::int32_t flags);
+  void commit();
+  std::string formula_text() const;
+
+  // Loading and storing
+  void LoadSelectionFromTable(std::string_view table, std::int32_t record);
+  void LoadSelectionFromString(std::string_view criteria);
+  void SaveSelectionToTable(std::string_view table, std::int32_t record);
+  void add_or_record();
+  void add_record(std::string_view record, bool from_model);
+  std::string field_name(const std::string& id, bool from_model) const;
+  std::string stored_record(std::string_view line) const;
+  std::string criteria_string() const;
+
+  // Models
+  void RefreshModelState();
+  void enable_controls();
+
+  KesVar context_;
+  std::string strRelation;   // the code under which the editor works
+  std::string strParameter;  // the code as the caller gave it
+  std::string strNickName;   // nickname of the chosen field
+  std::string strValue;      // "()" is the empty IN list
+  std::unique_ptr<Recordset> dbSelektion;
+  Options options_;
+  bool loaded_ = false;
+  bool blnReadOnly = false;
+  bool blnOracle = false;
+  std::int16_t intStartState = 0;
+  std::string caption_ = "Selektion";
+  bool visible_ = false;
+  const Control* focused_ = nullptr;
+};
+
+}  // namespace kestrova

@@ -1,0 +1,125 @@
+// Loading a stored selection into the list, and storing the list.
+#include <optional>
+
+#include "editor/f_selection.h"
+#include "engine/comm_sel.h"
+#include "engine/criterion.h"
+#include "engine/field_types.h"
+#include "engine/queries.h"
+#include "interface/module_state.h"
+#include "platform/text.h"
+#include "relations/date_expressions.h"
+#include "relations/relation_codes.h"
+
+namespace kestrova {
+namespace {
+
+constexpr std::int32_t kOrLineData = -2;
+
+constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
+constexpr RecordForm kShown{.from_database = true, .to_user_format = true};
+constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = false};
+
+}  // namespace
+
+void F_Selection::Model_DblClick() {
+  const int index = Model.index();
+  const auto row = open_query(connection(), "SELECT MODEL FROM MODELS WHERE ID = " +
+                                                std::to_string(Model.item_data(index)));
+  const std::string criteria =
+      row->eof() ? std::string() : row->value(std::size_t{0}).text_or_empty();
+  row->close();
+
+  const BusyPointer busy(user_interface());
+  ListCriteria.clear();
+  caption_ = "Selektion: " + std::string(text::trim(Model.entry_text(index)));
+  for (const std::string_view piece : text::split(criteria, ';')) {
+    const std::string_view record = text::trim(piece);
+    if (record.empty()) continue;
+    if (is_or_line(record)) {
+      add_or_record();
+    } else {
+      add_record(record, true);
+    }
+  }
+  SetListButtons();
+}
+
+void F_Selection::LoadSelectionFromTable(std::string_view table, std::int32_t record) {
+  const std::string criteria =
+      open_query(connection(), "SELECT SELEKTION_VALUE FROM " + std::string(table) +
+                                   " WHERE ID = " + std::to_string(record))
+          ->value("SELEKTION_VALUE")
+          .text_or_empty();
+  LoadSelectionFromString(criteria);
+}
+
+void F_Selection::LoadSelectionFromString(std::string_view criteria) {
+  ListCriteria.clear();
+  for (std::size_t end = criteria.find(';'); end != std::string_view::npos;
+       end = criteria.find(';')) {
+    const std::string_view record = criteria.substr(0, end);
+    if (is_or_line(record)) {
+      add_or_record();
+    } else if (!record.empty()) {
+      add_record(record, false);
+    }
+    criteria.remove_prefix(end + 1);
+  }
+  SetListButtons();
+}
+
+void F_Selection::add_or_record() {
+  insert_line(context_.strOderLine, ListCriteria.count(), kOrLineData);
+}
+
+void F_Selection::add_record(std::string_view record, bool from_model) {
+  const Relation relation(lookup_relation());
+  const std::string field = field_part(record);
+  const std::string name = field_name(field, from_model);
+  const std::int16_t id = text::to_int16(field);
+  std::string value = value_part(context_, relation, record, kStored);
+  if (IsDateFieldType(field_type(context_, relation, id)) && !is_null_word(value)) {
+    if (!value.empty()) value = ToDateLiteral(value, context_.strDateOrder);
+    // A relative date shows as its bare offset.
+    if (from_model) value = text::replace_all(value, "GETDATE()", "");
+  }
+  const std::string op = operator_part(context_, relation, record, kShown);
+  insert_line(name + " " + op + " " + value, ListCriteria.count(), id);
+}
+
+std::string F_Selection::field_name(const std::string& id, bool from_model) const {
+  const std::int16_t number = text::to_int16(id);
+  if (from_model && !IsCatalogueRelation(lookup_relation())) {
+    const auto row =
+        open_query(connection(), "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + id);
+    return loc_texts().GetText(row->value(std::size_t{0}).integer(), context_);
+  }
+  for (const ListEntry& entry : cboField.entries()) {
+    if (entry.item_data == number) return entry.text;
+  }
+  return {};
+}
+
+std::string F_Selection::stored_record(std::string_view line) const {
+  const Relation relation(lookup_relation());
+  // The value part of a display line is in its stored form already. A date must not be converted
+  // once more: the fixed form would be read in the user's order.
+  return std::to_string(Comm_Sel().get_FieldID(field_part(line))) + " " +
+         operator_part(context_, relation, line, kDisplayLine) + " " +
+         value_part(context_, relation, line, kDisplayLine);
+}
+
+void F_Selection::SaveSelectionToTable(std::string_view table, std::int32_t record) {
+  std::string criteria;
+  const auto row = connection().open(
+      "SELECT * FROM " + std::string(table) + " WHERE ID = " + std::to_string(record),
+      CursorType::kKeyset, LockType::kOptimistic);
+  for (const ListEntry& entry : ListCriteria.entries()) {
+    criteria += (is_or_line(entry.text) ? entry.text : stored_record(entry.text)) + ";";
+  }
+  row->set_value("SELEKTION_VALUE", criteria);
+  row->update();
+}
+
+}  // namespace kestrova

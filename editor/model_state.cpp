@@ -1,0 +1,73 @@
+// What the editor shows of the selected model, and which controls it enables.
+#include <string>
+
+#include "editor/f_selection.h"
+#include "engine/queries.h"
+#include "interface/module_state.h"
+
+namespace kestrova {
+
+std::int32_t F_Selection::standard_model() const {
+  return suite().model_settings()->standard_model(context_, GetModelRelation(), 0);
+}
+
+std::string F_Selection::GetStandardModelName() const {
+  const std::int32_t standard = standard_model();
+  for (const ListEntry& model : Model.entries()) {
+    if (model.item_data == standard) return model.text;
+  }
+  return {};
+}
+
+void F_Selection::Model_Click() {
+  const BusyPointer busy(user_interface());
+  RefreshModelState();
+}
+
+void F_Selection::RefreshModelState() {
+  const bool is_selected = Model.index() != -1;
+  const std::string id = is_selected ? std::to_string(Model.item_data(Model.index())) : "";
+  std::string part = is_selected ? "SELECT (CASE WHEN EXISTS(SELECT ID FROM MODELS WHERE ID = '" +
+                                       id + "' AND NICHT_ANDERBAR = 1) THEN 1 ELSE 0 END) AS val1,"
+                                 : "SELECT 0 AS val1,";
+  part += "(CASE WHEN EXISTS(SELECT ID FROM MODELS WHERE RELATION = '" + GetModelRelation() +
+          "' AND NICHT_ANDERBAR = 1 AND STANDARD = 1) THEN 1 ELSE 0 END) AS val2,";
+  part += is_selected
+              ? "(SELECT ID_ACCESS_LEVELS FROM MODELS WHERE ID = " + id +
+                    ") as val3,(SELECT NAME FROM ACCESS_LEVELS WHERE ID IN (SELECT "
+                    "ID_ACCESS_LEVELS FROM MODELS WHERE ID = " +
+                    id + ")) AS val4,(CASE WHEN EXISTS(SELECT ID FROM MODELS WHERE ID = " + id +
+                    " AND STANDARD = 1) THEN 1 ELSE 0 END) AS STANDARD"
+              : "NULL AS val3,NULL AS val4,0 AS STANDARD";
+  if (blnOracle) part += " FROM DUAL";
+  const auto row = open_query(connection(), "SELECT * FROM (" + part + ") A");
+  Check1.set_checked(row->value("val1").integer() == 1);
+  chkStandard.set_checked(row->value("STANDARD").integer() == 1);
+  chkAL.set_checked(!row->value("val3").is_null());
+  chkAL.set_caption(row->value("val4").text_or_empty());
+  row->close();
+  enable_controls();
+}
+
+void F_Selection::enable_controls() {
+  const bool writable = !blnReadOnly;
+  const bool changes_locked = options_.change_models && options_.b018;
+  Check1.set_enabled(writable && options_.change_models && options_.b049 && options_.b018);
+  chkAL.set_enabled(writable && options_.change_models && options_.b049);
+  btnSaveModelleAs.set_enabled(writable && options_.b049);
+  const bool may_overwrite =
+      writable && options_.b057 && (!Check1.checked() || (changes_locked && chkAL.enabled()));
+  for (Control* control :
+       {static_cast<Control*>(&btnSaveModelle), static_cast<Control*>(&btnDeleteModelle),
+        static_cast<Control*>(&chkStandard)}) {
+    control->set_enabled(may_overwrite);
+  }
+  for (Control* control : std::initializer_list<Control*>{
+           &btnOk, &Frame1, &btnPlus, &btnMinus, &btnReplace, &btnInsert, &Formula, &cboOperator,
+           &cboValue, &cboField, &btnDelete, &btnNew, &btnLast, &btnNext, &btnPrev, &btnFirst,
+           &btnOr, &Frame4, &Model}) {
+    control->set_enabled(writable);
+  }
+}
+
+}  // namespace kestrova

@@ -1,0 +1,305 @@
+// The criteria list as FROM/WHERE text and as formula.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/editor/run_host.h"
+
+namespace kestrova::test {
+namespace {
+
+using Results = RunHost::Results;
+using Texts = std::vector<std::string>;
+
+const char* const kOr = "=== ODER ===";
+
+void put(RunHost& host, const Texts& lines) {
+  for (const std::string& line : lines) host.editor->ListCriteria.add(line);
+}
+
+// Presses OK without showing the dialog.
+Results committed(RunHost& host, const Texts& lines) {
+  host.editor->ListCriteria.clear();
+  put(host, lines);
+  Results results;
+  host.editor->btnOK2_Click(results.text, results.formula);
+  return results;
+}
+
+// --- Relations whose fields stand in SELEKTION
+
+struct SonstHost : RunHost {
+  explicit SonstHost(std::vector<OfferedField> fields = sonst_fields(),
+                     const std::string& code = "SONST") {
+    suite->answers().texts[3441] = "ODER";
+    answer_fields(code, fields);
+    answer_models(code);
+    for (const OfferedField& field : fields) know_lookups(field.row);
+    start(code);
+    forget();
+  }
+};
+
+TEST(Commit, JoinsTablesAndConditionsOnceAndLeavesTheWordFromToTheCaller) {
+  SonstHost host;
+  EXPECT_EQ(
+      committed(host,
+                {"Holzart = 'FI'", "Artname LIKE 'A%'", kOr, "Gruppe <> null", "Artname = 'B'"}),
+      (Results{" LAGER,HOLZART,GRUPPE WHERE LAGER.ID_HA = HOLZART.ID AND HOLZART.ID_GR = GRUPPE.ID "
+               "AND (LAGER.HA = 'FI' AND HOLZART.NAME LIKE 'A%' OR NOT(HOLZART.NAME IS NULL OR "
+               "RTRIM(LTRIM(HOLZART.NAME)) = '') AND HOLZART.NAME = 'B')",
+               "Holzart = 'FI' AND  AND Artname LIKE 'A%' OR Gruppe <> null AND  AND Artname = "
+               "'B'"}));
+}
+
+TEST(Commit, OfOnePlainField) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {"Anzahl IN (1, 2)"}),
+            (Results{" LAGER WHERE (LAGER.ANZAHL IN (1, 2))", "Anzahl IN (1, 2)"}));
+}
+
+TEST(Commit, LeavesABlankForTheValueOfAnInList) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {"Anzahl IN (1, 2)", "Anzahl = 3"}).text,
+            " LAGER WHERE (LAGER.ANZAHL IN (1, 2)  AND LAGER.ANZAHL = 3)");
+}
+
+TEST(Commit, OfAnotherJoinKindAddsNoTable) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {"Kreuz = 'A'"}).text, "  WHERE (HOLZART.NAME = 'A')");
+}
+
+TEST(Commit, LooksForAConditionRegardlessOfCase) {
+  std::vector<OfferedField> fields = {sonst_fields()[5], sonst_fields()[5]};
+  fields[1].row.id = 25;
+  fields[1].text = "Zweitname";
+  fields[1].row.condition = "lager.id_ha = holzart.id";
+  SonstHost host(fields);
+  EXPECT_EQ(
+      committed(host, {"Artname = 'A'", "Zweitname = 'B'"}).text,
+      " LAGER,HOLZART WHERE LAGER.ID_HA = HOLZART.ID AND (HOLZART.NAME = 'A' AND HOLZART.NAME "
+      "= 'B')");
+}
+
+TEST(Commit, CutsCommasAndBlanksBehindTheTables) {
+  OfferedField field = sonst_fields()[0];
+  field.row.table = "LAGER , ,";
+  SonstHost host({field});
+  host.connection->answer("SELECT TOP 0 HA FROM LAGER , ,", {{"HA"}});
+  EXPECT_EQ(committed(host, {"Holzart = 'FI'"}).text, " LAGER WHERE (LAGER , ,.HA = 'FI')");
+}
+
+TEST(Commit, WritesNullByTheOperator) {
+  SonstHost host;
+  const std::string is_null = "(LAGER.HA IS NULL OR RTRIM(LTRIM(LAGER.HA)) = '')";
+  EXPECT_EQ(committed(host, {"Holzart = NULL"}).text, " LAGER WHERE (" + is_null + ")");
+  EXPECT_EQ(committed(host, {"Holzart <>   nUlL  "}).text, " LAGER WHERE (NOT" + is_null + ")");
+  EXPECT_EQ(committed(host, {"Holzart >= 'null'"}).text, " LAGER WHERE (NOT" + is_null + ")");
+  EXPECT_EQ(committed(host, {"Holzart = 'NULLE'"}).text, " LAGER WHERE (LAGER.HA = 'NULLE')");
+}
+
+TEST(Commit, TurnsDatesAndTruthIntoServerText) {
+  SonstHost host;
+  EXPECT_EQ(
+      committed(host, {"Datum >= 3.4.2021", "Datum < -3", "Gesperrt = Wahr", "Gesperrt = Falsch"})
+          .text,
+      " LAGER WHERE (LAGER.DATUM >= 'S(3.4.2021)' AND LAGER.DATUM < GETDATE()-3 AND "
+      "LAGER.GESPERRT = 1 AND LAGER.GESPERRT = 0)");
+}
+
+TEST(Commit, OfAnEmptyListIsEmpty) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {}), (Results{"", ""}));
+  EXPECT_EQ(module_state().blnOK, "Wahr");
+}
+
+TEST(Commit, KeepsTheResultsInTheModule) {
+  SonstHost host;
+  put(host, {"Anzahl = 1"});
+  host.editor->btnOk_Click();
+  EXPECT_EQ(module_state().strSelektion_Fr_Wh, " LAGER WHERE (LAGER.ANZAHL = 1)");
+  EXPECT_EQ(module_state().strSelektionFormula, "Anzahl = 1");
+  EXPECT_EQ(module_state().blnOK, "Wahr");
+}
+
+TEST(Commit, ShowsTheHourglassAndHidesTheDialog) {
+  SonstHost host;
+  host.run("", false, [&] {
+    put(host, {"Anzahl = 1"});
+    host.forget();
+    host.editor->btnOk_Click();
+    EXPECT_EQ(host.calls().front(), "pointer hourglass");
+    EXPECT_EQ(host.calls().back(), "pointer default");
+    EXPECT_FALSE(host.editor->is_visible());
+  });
+}
+
+// --- The word for OR
+
+TEST(Formula, OfAnotherWordForOrKeepsOneAndBeforeIt) {
+  SonstHost host;
+  host.suite->answers().texts[3441] = "OU";
+  host.editor->Form_Load();
+  host.context.strOderLine = "=== OU ===";
+  host.answer_fields("SONST", sonst_fields());
+  host.start("SONST");
+  EXPECT_EQ(committed(host, {"Anzahl = 1", "=== OU ===", "Anzahl = 2"}).formula,
+            "Anzahl = 1 AND  OR Anzahl = 2");
+}
+
+TEST(Formula, OfAnOrLineInAnotherLanguageShowsTheLine) {
+  SonstHost host;
+  host.suite->answers().texts[3441] = "OU";
+  host.editor->Form_Load();
+  EXPECT_EQ(committed(host, {"Anzahl = 1", kOr, "Anzahl = 2"}).formula,
+            "Anzahl = 1 AND === ODER === AND  AND Anzahl = 2");
+}
+
+// --- Lists that are refused
+
+void expect_refused(const Texts& lines, std::string_view text) {
+  SonstHost host;
+  module_state().strSelektion_Fr_Wh = "old text";
+  module_state().strSelektionFormula = "old formula";
+  host.run("", false, [&] {
+    put(host, lines);
+    host.forget();
+    host.user->expect_message({std::string(text), 48, "Kestrova", "", 0});
+    host.editor->btnOk_Click();
+    EXPECT_TRUE(host.editor->is_visible());
+    EXPECT_EQ(module_state().blnOK, "Falsch");
+    EXPECT_EQ(host.connection->calls_made(), 0U);
+    EXPECT_TRUE(host.suite->calls_of("GetText").size() == 1);
+  });
+  EXPECT_EQ(module_state().strSelektion_Fr_Wh, "old text");
+  EXPECT_EQ(module_state().strSelektionFormula, "old formula");
+}
+
+TEST(Commit, RefusesAListThatBeginsWithOr) {
+  expect_refused({kOr, "Anzahl = 1"}, "T194");
+  expect_refused({kOr}, "T194");
+  expect_refused({kOr, "Anzahl = 1", kOr}, "T194");
+}
+
+TEST(Commit, RefusesAListThatEndsWithOr) { expect_refused({"Anzahl = 1", kOr}, "T193"); }
+
+TEST(Commit, CopiesTheOldResultsOfARefusedList) {
+  SonstHost host;
+  module_state().strSelektion_Fr_Wh = "module text";
+  module_state().strSelektionFormula = "module formula";
+  host.user->expect_message({"T194", 48, "Kestrova", "", 0});
+  EXPECT_EQ(committed(host, {kOr}), (Results{"module text", "module formula"}));
+}
+
+TEST(Cancel, TakesTheConfirmationBackAndKeepsTheResults) {
+  SonstHost host;
+  committed(host, {"Anzahl = 1"});
+  host.run("", false, [&] {
+    module_state().blnOK = "Wahr";
+    host.editor->btnCancel_Click();
+    EXPECT_FALSE(host.editor->is_visible());
+  });
+  EXPECT_EQ(module_state().blnOK, "Falsch");
+  EXPECT_EQ(module_state().strSelektion_Fr_Wh, " LAGER WHERE (LAGER.ANZAHL = 1)");
+  EXPECT_EQ(module_state().strSelektionFormula, "Anzahl = 1");
+}
+
+TEST(Commit, ThatFailsLeavesTheConfirmation) {
+  SonstHost host;
+  module_state().strSelektion_Fr_Wh = "old text";
+  put(host, {"Unbekannt = 1"});
+  EXPECT_THROW(host.editor->btnOk_Click(), DatabaseError);
+  EXPECT_EQ(module_state().blnOK, "Wahr");
+  EXPECT_EQ(module_state().strSelektion_Fr_Wh, "old text");
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+}
+
+// --- Relations that the suite knows
+
+const Columns kText = {{"A"}};
+
+struct SuiteHost : RunHost {
+  // The field "Art" has the number 5, in the list and in SELEKTION.
+  explicit SuiteHost(const std::string& code, const std::string& list_key,
+                     const std::string& model_relation) {
+    offer(list_key, {{"Art", 5}});
+    const OfferedField art = {
+        {.id = 5, .name = "ART", .nickname = "ART", .table = "LAGER"}, "Art", ""};
+    answer_fields(list_key, {art});
+    connection->answer("SELECT ISNULL(MODEL,'') FROM MODELS WHERE RELATION = 'BBFIZ'", kText,
+                       {{"5"}});
+    for (const char* key : {"BBF", "PERSONAL", "WAREN"}) {
+      const std::string k = key;
+      connection->answer("SELECT TOP 0 EXPR(" + k + ",5) FROM <" + k + ",5,R7>", kText);
+    }
+    answer_models(model_relation);
+    start(code);
+    forget();
+  }
+};
+
+std::string text_of(const std::string& code, const std::string& list_key,
+                    const std::string& model_relation) {
+  SuiteHost host(code, list_key, model_relation);
+  return committed(host, {"Art = 'X'", kOr, "Art = NULL"}).text;
+}
+
+TEST(CommitWorkOrders, RestrictsToTheWorkerOfTheCode) {
+  EXPECT_EQ(text_of("4ARB17", "4ARB", "4ARB"),
+            " FROM <BBF,5,R7><BBF,5,R7> WHERE ARBEITSAUFTRAG_KOPF.PERSONAL_ID = 17 AND "
+            "(EXPR(BBF,5) = 'X' OR (EXPR(BBF,5) IS NULL OR RTRIM(LTRIM(EXPR(BBF,5))) = ''))");
+}
+
+TEST(CommitWorkOrders, OfAllWorkersDoesNot) {
+  EXPECT_EQ(text_of("4ARB", "4ARB", "4ARB"),
+            " FROM <BBF,5,R7><BBF,5,R7> WHERE (EXPR(BBF,5) = 'X' OR (EXPR(BBF,5) IS NULL OR "
+            "RTRIM(LTRIM(EXPR(BBF,5))) = ''))");
+}
+
+TEST(CommitRestricted, BeginsWithFrom) {
+  EXPECT_EQ(text_of("BBF", "BBF", "BBF"),
+            " FROM <BBF,5,R7><BBF,5,R7> WHERE (EXPR(BBF,5) = 'X' OR (EXPR(BBF,5) IS NULL OR "
+            "RTRIM(LTRIM(EXPR(BBF,5))) = ''))");
+}
+
+TEST(CommitRestricted, OutsideTheCatalogueKeepsTheConditionButNotTheTables) {
+  EXPECT_EQ(text_of("PERSONAL", "PERSONAL", "PERSONAL"),
+            " FROM <PERSONAL,5,R7><PERSONAL,5,R7> WHERE  {PERSONAL,7} AND (EXPR(PERSONAL,5) = 'X' "
+            "OR (EXPR(PERSONAL,5) IS NULL OR RTRIM(LTRIM(EXPR(PERSONAL,5))) = ''))");
+}
+
+TEST(CommitCatalogue, AddsTheTablesOfTheFieldsToTheBase) {
+  EXPECT_EQ(text_of("EXP_VER0", "EXP_VER0", "1VVM"),
+            " FROM <VERTRAG,0,><VERTRAG,5,R7><VERTRAG,5,R7> WHERE VERTRAEGE.ID_FAKTART = 0 "
+            "{VERTRAEGE,7} AND (EXPR(VERTRAG,5) = 'X' OR (EXPR(VERTRAG,5) IS NULL OR "
+            "RTRIM(LTRIM(EXPR(VERTRAG,5))) = ''))");
+  EXPECT_EQ(text_of("2VABR3", "2VABR3", "2VABR"),
+            " FROM <VERTRAG,0,><VERTRAG,5,R7><VERTRAG,5,R7> WHERE VERTRAEGE.ID_FAKTART = 3 "
+            "{VERTRAEGE,7} AND (EXPR(VERTRAG,5) = 'X' OR (EXPR(VERTRAG,5) IS NULL OR "
+            "RTRIM(LTRIM(EXPR(VERTRAG,5))) = ''))");
+}
+
+TEST(CommitCatalogue, ThatIsRestrictedTakesTheRestrictedFields) {
+  EXPECT_EQ(text_of("2ABR3", "LOG", "2ABR1"),
+            " FROM <LOG,0,><LOG,5,R7><LOG,5,R7> WHERE NOT (LOGS_RECH.A3_NAME IS NULL) AND "
+            "(EXPR(LOG,5) = 'X' OR (EXPR(LOG,5) IS NULL OR RTRIM(LTRIM(EXPR(LOG,5))) = ''))");
+}
+
+TEST(CommitContract, StoresTheListAndBuildsTheText) {
+  for (const auto& [code, table] :
+       {std::pair("VERTP12", "VERTRAG_PREISE"), std::pair("vertm12", "VERTRAG_MENGEN")}) {
+    SCOPED_TRACE(code);
+    SuiteHost host(code, "LOG", std::string(code) == "VERTP12" ? "VERTP" : "VERTM");
+    const std::string source = std::string("SELECT * FROM ") + table + " WHERE ID = 12";
+    host.answer_contract(source, "5 = 'OLD';");
+    EXPECT_EQ(committed(host, {"Art = 'X'"}).text,
+              " FROM <LOG,0,><LOG,5,R7> WHERE FHP_IMPORT.ERRORTEXT IS NULL AND "
+              "FHP_IMPORT.ID_FHP_IMPORT IS NULL AND (EXPR(LOG,5) = 'X')");
+    const auto row = host.connection->open(source, CursorType::kForwardOnly, LockType::kReadOnly);
+    EXPECT_EQ(row->value("SELEKTION_VALUE"), Value("5 = 'X';"));
+  }
+}
+
+}  // namespace
+}  // namespace kestrova::test

@@ -1,0 +1,638 @@
+// The list of criteria: composing, inserting, moving and showing lines.
+#include <gmock/gmock.h>
+
+#include "platform/error.h"
+#include "tests/editor/editor_host.h"
+#include "tests/editor/failure_sweep.h"
+
+namespace kestrova::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kOr = "=== ODER ===";
+
+class CriteriaList : public testing::Test {
+ protected:
+  CriteriaList() { host_.open_sonst(); }
+
+  // Three lines of the field Anzahl, with the second selected.
+  void fill_three() {
+    host_.fill_lines({{"Anzahl = 1", 11}, {"Anzahl = 2", 11}, {"Anzahl = 3", 11}});
+    list().set_index(1);
+  }
+  void fill_lines(int count) {
+    for (int i = 0; i < count; ++i) list().add("Anzahl = 1");
+  }
+  void expect_pickers(const std::string& field, const std::string& op, const std::string& value,
+                      const std::string& formula) {
+    EXPECT_EQ(editor().cboField.text(), field);
+    EXPECT_EQ(editor().cboOperator.text(), op);
+    EXPECT_EQ(editor().cboValue.text(), value);
+    EXPECT_EQ(editor().Formula.text(), formula);
+  }
+
+  F_Selection& editor() { return *host_.editor; }
+  ListBox& list() { return editor().ListCriteria; }
+
+  EditorHost host_;
+};
+
+// --- Composing
+
+TEST_F(CriteriaList, TheFormulaIsFieldOperatorAndValueWithABlankEachEvenWhenEmpty) {
+  host_.compose("Holzart", "=", "FI");
+  EXPECT_EQ(editor().Formula.text(), "Holzart = 'FI'");
+  editor().cboField.set_index(-1);
+  editor().cboOperator.set_index(-1);
+  EXPECT_EQ(editor().Formula.text(), "  FI");
+}
+
+TEST_F(CriteriaList, ALineWithoutSelectionGoesToTheTopAndIsSelected) {
+  host_.fill_lines({{"Anzahl = 1", 11}, {"Anzahl = 2", 11}});
+  host_.compose("Holzart", "=", "FI");
+  editor().btnInsert_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Holzart = 'FI'", "Anzahl = 1", "Anzahl = 2"));
+  EXPECT_EQ(list().index(), 0);
+  EXPECT_EQ(list().item_data(0), 10);
+  EXPECT_EQ(editor().focused(), &editor().cboField);
+}
+
+TEST_F(CriteriaList, ALineGoesBelowTheSelectedOneAndIsSelected) {
+  fill_three();
+  list().set_index(2);
+  host_.compose("Menge", ">=", "10");
+  editor().btnInsert_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 2", "Anzahl = 3", "Menge >= 10"));
+  EXPECT_EQ(list().index(), 3);
+  EXPECT_EQ(list().item_data(3), 12);
+  expect_pickers("Menge", ">=", "10", "Menge >= 10");
+}
+
+TEST_F(CriteriaList, InsertingShowsTheNewLineByItsClickAndOnceMore) {
+  host_.compose("Holzart", "=", "FI");
+  host_.forget();
+  editor().btnInsert_Click();
+  int field_changes = 0;
+  for (const std::string& sql : host_.connection->statements()) {
+    if (sql == "SELECT NICKNAME_OF_FIELD FROM SELEKTION WHERE ID_SELEKTION = 10") ++field_changes;
+  }
+  EXPECT_EQ(field_changes, 2);
+  EXPECT_EQ(host_.connection->statements()[0], "SELECT * FROM SELEKTION WHERE ID_SELEKTION = 10");
+  EXPECT_EQ(host_.connection->statements()[1], "SELECT TOP 0 HA FROM LAGER");
+  EXPECT_THAT(host_.lines(), ElementsAre("Holzart = 'FI'"));
+}
+
+TEST_F(CriteriaList, IncompleteInputIsIgnoredWithoutAskingTheDatabase) {
+  fill_three();
+  host_.compose("Holzart", "=", "FI");
+  const auto expect_ignored = [&] {
+    host_.forget();
+    editor().btnInsert_Click();
+    editor().btnReplace_Click();
+    EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 2", "Anzahl = 3"));
+    EXPECT_THAT(*host_.log, IsEmpty());
+  };
+  editor().cboValue.set_text("");
+  expect_ignored();
+  editor().cboValue.set_text("FI");
+  editor().cboOperator.set_index(-1);
+  expect_ignored();
+  host_.pick(editor().cboOperator, "=");
+  editor().cboField.set_index(-1);
+  expect_ignored();
+}
+
+TEST_F(CriteriaList, ADateFieldTakesDaysDatesAndNullAndThenHasTheFocusOnTheValue) {
+  struct Case {
+    const char* value;
+    bool taken;
+  };
+  for (const auto& [value, taken] :
+       {Case{"5", true}, Case{"-3", true}, Case{"1,5", true}, Case{"1.5", true},
+        Case{"1.2.2024", true}, Case{"null", true}, Case{"31.2.2024", false},
+        Case{"1.000.000", false}, Case{"heute", false}}) {
+    SCOPED_TRACE(value);
+    list().clear();
+    host_.compose("Datum", "=", value);
+    editor().SetControlFocus(editor().btnOk);
+    editor().btnReplace_Click();  // nothing is selected: only the test itself
+    EXPECT_EQ(editor().focused(), &editor().cboValue);
+    editor().btnInsert_Click();
+    EXPECT_EQ(list().count(), taken ? 1 : 0);
+    EXPECT_EQ(editor().focused(), taken ? &editor().cboField : &editor().cboValue);
+  }
+}
+
+TEST_F(CriteriaList, InsertRefusesTheEmptyListOfInAndReplaceTakesIt) {
+  fill_three();
+  host_.compose("Holzart", "IN", "FI");
+  editor().btnInsert_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 2", "Anzahl = 3"));
+  editor().btnReplace_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Holzart IN ()", "Anzahl = 3"));
+}
+
+TEST_F(CriteriaList, ReplaceKeepsTheSelectionAndShowsNothingAnew) {
+  fill_three();
+  host_.compose("Holzart", "=", "FI");
+  host_.forget();
+  editor().btnReplace_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Holzart = 'FI'", "Anzahl = 3"));
+  EXPECT_EQ(list().item_data(1), 10);
+  EXPECT_EQ(list().index(), 1);
+  EXPECT_THAT(
+      host_.connection->statements(),
+      ElementsAre("SELECT * FROM SELEKTION WHERE ID_SELEKTION = 10", "SELECT TOP 0 HA FROM LAGER"));
+}
+
+TEST_F(CriteriaList, AnOrLineCanBeReplacedByACriterion) {
+  editor().btnOr_Click();
+  host_.compose("Holzart", "=", "FI");
+  editor().btnReplace_Click();
+  EXPECT_EQ(list().entries(), (std::vector<ListEntry>{{"Holzart = 'FI'", 10}}));
+}
+
+TEST_F(CriteriaList, ReplaceWithoutASelectedLineChangesNothing) {
+  host_.compose("Holzart", "=", "FI");
+  editor().btnReplace_Click();
+  EXPECT_EQ(list().count(), 0);
+}
+
+TEST_F(CriteriaList, NewEmptiesTheListAndSelectsTheFirstFieldWithAnEmptyFormula) {
+  fill_three();
+  editor().btnNew_Click();
+  EXPECT_EQ(list().count(), 0);
+  expect_pickers("Holzart", "=", "", "");
+  EXPECT_THAT(host_.texts_of(editor().cboValue), ElementsAre("Null", "BU", "FI", "KI"));
+}
+
+TEST_F(CriteriaList, NewWithoutFieldsOnlyEmptiesTheLists) {
+  fill_three();
+  editor().cboField.clear();
+  host_.forget();
+  editor().btnNew_Click();
+  EXPECT_EQ(list().count(), 0);
+  EXPECT_EQ(editor().cboValue.count(), 0);
+  EXPECT_THAT(*host_.log, IsEmpty());
+}
+
+// --- Deleting
+
+TEST_F(CriteriaList, DeletingSelectsTheLineAboveAndAtTheTopTheNewFirstOne) {
+  fill_three();
+  editor().btnDelete_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 3"));
+  EXPECT_EQ(list().index(), 0);
+  expect_pickers("Anzahl", "=", "1", "Anzahl = 1");
+  editor().btnDelete_Click();
+  EXPECT_EQ(list().index(), 0);
+  expect_pickers("Anzahl", "=", "3", "Anzahl = 3");
+  editor().btnDelete_Click();
+  EXPECT_EQ(list().count(), 0);
+  EXPECT_EQ(list().index(), -1);
+  expect_pickers("", "", "", "");
+  editor().btnDelete_Click();
+  EXPECT_EQ(list().count(), 0);
+}
+
+TEST_F(CriteriaList, DeletingTheFourthLineSelectsTheThird) {
+  fill_lines(5);
+  list().set_index(3);
+  editor().btnDelete_Click();
+  EXPECT_EQ(list().index(), 2);
+  EXPECT_EQ(list().count(), 4);
+}
+
+// --- OR lines
+
+TEST_F(CriteriaList, OrOnAnEmptyListIsTheFirstLine) {
+  editor().btnOr_Click();
+  EXPECT_EQ(list().entries(), (std::vector<ListEntry>{{kOr, -2}}));
+  EXPECT_EQ(list().index(), 0);
+  expect_pickers("", "", "", "");
+  EXPECT_EQ(editor().focused(), &editor().cboField);
+}
+
+TEST_F(CriteriaList, OrGoesBelowTheSelectedLineAlsoAtTheEnd) {
+  fill_three();
+  editor().btnOr_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 2", kOr, "Anzahl = 3"));
+  EXPECT_EQ(list().index(), 2);
+  EXPECT_EQ(list().item_data(2), -2);
+  list().set_index(3);
+  editor().btnOr_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 2", kOr, "Anzahl = 3", kOr));
+}
+
+TEST_F(CriteriaList, OrNeverStandsBesideOrButThePickersAreShownAnew) {
+  host_.fill_lines({{"Anzahl = 1", 11}, {kOr, -2}});
+  for (const int selected : {0, 1}) {
+    list().set_index(selected);
+    editor().Formula.set_text("stale");
+    editor().SetControlFocus(editor().btnOk);
+    editor().btnOr_Click();
+    EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", kOr));
+    EXPECT_EQ(list().index(), selected);
+    EXPECT_EQ(editor().Formula.text(), selected == 0 ? "Anzahl = 1" : "");
+    EXPECT_EQ(editor().focused(), &editor().cboField);
+  }
+}
+
+TEST_F(CriteriaList, OrWithNothingSelectedLooksAtTheFirstLine) {
+  host_.fill_lines({{"Anzahl = 1", 11}});
+  editor().btnOr_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre(kOr, "Anzahl = 1"));
+  EXPECT_EQ(list().index(), 0);
+}
+
+TEST_F(CriteriaList, AnOrLineIsKnownByItsExactText) {
+  host_.fill_lines({{"=== oder ===", 0}});
+  list().set_index(0);
+  editor().btnOr_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("=== oder ===", kOr));
+}
+
+// --- Lists of values
+
+TEST_F(CriteriaList, PlusAndMinusBuildTheListOfIn) {
+  host_.compose("Holzart", "IN", "FI");
+  EXPECT_EQ(editor().value_text(), "()");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart IN ('FI')");
+  editor().cboValue.set_text("KI");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart IN ('FI', 'KI')");
+  editor().cboValue.set_text("BU");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart IN ('FI', 'KI')");
+  editor().cboValue.set_text("FI");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart IN ('KI')");
+  editor().cboValue.set_text("KI");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart IN ()");
+}
+
+TEST_F(CriteriaList, ListsOfUmlautsAreCutBetweenCharacters) {
+  host_.compose("Artname", "IN", "\u00c4");
+  editor().btnPlus_Click();
+  editor().cboValue.set_text("\u00d6");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Artname IN ('\u00c4', '\u00d6')");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Artname IN ('\u00c4')");
+}
+
+TEST_F(CriteriaList, MinusPrefersTheValueBehindACommaAndCutsItsFirstOccurrence) {
+  host_.compose("Anzahl", "IN", "1");
+  for (const char* value : {"1", "2", "1", "3", "1"}) {  // duplicates are taken
+    editor().cboValue.set_text(value);
+    editor().btnPlus_Click();
+  }
+  EXPECT_EQ(editor().value_text(), "(1, 2, 1, 3, 1)");
+  editor().btnMinus_Click();  // still 1
+  EXPECT_EQ(editor().value_text(), "(1, 2, 3, 1)");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().value_text(), "(1, 2, 3)");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().value_text(), "(2, 3)");
+}
+
+TEST_F(CriteriaList, PlusAndMinusNeedAValueAndPlusAListWithoutTheNickname) {
+  host_.compose("Holzart", "IN", "HA1");  // holds the nickname HA
+  editor().btnPlus_Click();
+  editor().cboValue.set_text("FI");
+  host_.forget();
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().value_text(), "('HA1')");
+  EXPECT_THAT(*host_.log, IsEmpty());
+  editor().cboValue.set_text("");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().value_text(), "('HA1')");
+  EXPECT_THAT(*host_.log, IsEmpty());
+}
+
+TEST_F(CriteriaList, PlusDoesNotLookAtTheOperator) {
+  host_.compose("Holzart", "=", "FI");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart = 'FI, 'FI''");
+}
+
+TEST(CriteriaListOfACatalogueRelation, InListsAreBuiltWithoutANickname) {
+  EditorHost host;
+  host.open_catalogue("1WL", "1WL", {{"Holzart", 5}});
+  host.answer_values(
+      "SELECT DISTINCT EXPR(TRANSPORT,5) FROM <TRANSPORT,0,><TRANSPORT,5,R7> WHERE  "
+      "{TRANSPORTLOGISTIK_KOPF,7} ORDER BY 1",
+      {"FI", "KI"});
+  host.compose("Holzart", "IN", "FI");
+  host.editor->btnPlus_Click();
+  host.editor->cboValue.set_text("KI");
+  host.editor->btnPlus_Click();
+  EXPECT_EQ(host.editor->Formula.text(), "Holzart IN ('FI', 'KI')");
+  host.editor->btnInsert_Click();
+  EXPECT_EQ(host.editor->ListCriteria.entries(),
+            (std::vector<ListEntry>{{"Holzart IN ('FI', 'KI')", 5}}));
+}
+
+TEST(CriteriaListOfACatalogueRelation, KnowsNoNicknameOfARelationBefore) {
+  EditorHost host;
+  host.open_sonst();
+  host.pick(host.editor->cboField, "Holzart");  // nickname HA
+  host.open_catalogue("1WL", "1WL", {{"Ort", 5}});
+  host.answer_values(
+      "SELECT DISTINCT EXPR(TRANSPORT,5) FROM <TRANSPORT,0,><TRANSPORT,5,R7> WHERE  "
+      "{TRANSPORTLOGISTIK_KOPF,7} ORDER BY 1",
+      {"HAU"});
+  host.compose("Ort", "IN", "HAU");
+  host.editor->btnPlus_Click();
+  host.editor->cboValue.set_text("AU");
+  host.editor->btnPlus_Click();
+  EXPECT_EQ(host.editor->Formula.text(), "Ort IN ('HAU', 'AU')");
+}
+
+// --- Navigation and moving
+
+TEST_F(CriteriaList, navigation) {
+  fill_lines(3);
+  struct Step {
+    void (F_Selection::*handler)();
+    int from;
+    int to;
+  };
+  const Step steps[] = {
+      {&F_Selection::btnFirst_Click, 2, 0}, {&F_Selection::btnFirst_Click, 0, 0},
+      {&F_Selection::btnPrev_Click, 2, 1},  {&F_Selection::btnPrev_Click, 0, 0},
+      {&F_Selection::btnNext_Click, 0, 1},  {&F_Selection::btnNext_Click, 2, 2},
+      {&F_Selection::btnLast_Click, 0, 2},  {&F_Selection::btnLast_Click, 2, 2},
+  };
+  for (const Step& step : steps) {
+    list().set_index(step.from);
+    (editor().*step.handler)();
+    EXPECT_EQ(list().index(), step.to);
+  }
+}
+
+TEST_F(CriteriaList, NavigationInAnEmptyListSelectsNothing) {
+  for (const auto handler : {&F_Selection::btnFirst_Click, &F_Selection::btnPrev_Click,
+                             &F_Selection::btnNext_Click, &F_Selection::btnLast_Click}) {
+    (editor().*handler)();
+    EXPECT_EQ(list().index(), -1);
+  }
+}
+
+TEST_F(CriteriaList, NextWithNothingSelectedSelectsTheFirstLine) {
+  fill_lines(2);
+  editor().btnNext_Click();
+  EXPECT_EQ(list().index(), 0);
+}
+
+TEST_F(CriteriaList, UpAndDownCarryTheItemData) {
+  host_.fill_lines({{"Anzahl = 1", 1}, {"Anzahl = 2", 2}, {"Anzahl = 3", 3}});
+  list().set_index(2);
+  editor().cmdUp_Click();
+  EXPECT_EQ(list().entries(),
+            (std::vector<ListEntry>{{"Anzahl = 1", 1}, {"Anzahl = 3", 3}, {"Anzahl = 2", 2}}));
+  EXPECT_EQ(list().index(), 1);
+  editor().cmdUp_Click();
+  EXPECT_EQ(list().index(), 0);
+  editor().cmdUp_Click();  // at the top
+  editor().cmdDown_Click();
+  editor().cmdDown_Click();
+  EXPECT_EQ(list().entries(),
+            (std::vector<ListEntry>{{"Anzahl = 1", 1}, {"Anzahl = 2", 2}, {"Anzahl = 3", 3}}));
+  EXPECT_EQ(list().index(), 2);
+  editor().cmdDown_Click();  // at the end
+  EXPECT_EQ(list().index(), 2);
+  expect_pickers("Anzahl", "=", "3", "Anzahl = 3");
+}
+
+TEST_F(CriteriaList, MovingWithoutASelectedLineChangesNothing) {
+  fill_lines(2);
+  editor().cmdUp_Click();
+  editor().cmdDown_Click();
+  EXPECT_EQ(list().index(), -1);
+  EXPECT_EQ(list().count(), 2);
+}
+
+TEST_F(CriteriaList, TheMoveButtonsFollowTheSelection) {
+  fill_lines(3);
+  const auto state = [&](int index) {
+    list().set_index(index);
+    return std::pair(editor().cmdUp.enabled(), editor().cmdDown.enabled());
+  };
+  EXPECT_EQ(state(0), std::pair(false, true));
+  EXPECT_EQ(state(1), std::pair(true, true));
+  EXPECT_EQ(state(2), std::pair(true, false));
+  list().clear();
+  EXPECT_EQ(state(-1), std::pair(false, false));
+}
+
+TEST_F(CriteriaList, AMoveThatFailsIsSilent) {
+  fill_three();
+  host_.connection->clear_log();
+  host_.connection->fail_from_call(1);
+  editor().cmdUp_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 2", "Anzahl = 1", "Anzahl = 3"));
+  EXPECT_EQ(list().index(), 0);
+  editor().cmdDown_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 2", "Anzahl = 3"));
+  EXPECT_EQ(list().index(), 1);
+  host_.connection->fail_on_call(0);
+  EXPECT_EQ(host_.user->pointer(), PointerShape::kDefault);
+}
+
+TEST_F(CriteriaList, OnlyTheLeftButtonDrags) {
+  editor().ListCriteria_MouseMove(2);
+  EXPECT_FALSE(list().is_dragging);
+  editor().ListCriteria_MouseMove(1);
+  EXPECT_TRUE(list().is_dragging);
+}
+
+TEST_F(CriteriaList, ADroppedLineGoesToTheRowUnderItAndLosesItsItemData) {
+  host_.fill_lines({{"Anzahl = 1", 1}, {"Anzahl = 2", 2}, {"Anzahl = 3", 3}, {"Anzahl = 4", 4}});
+  list().row_height = 15.4;  // 15
+  list().top_index = 1;
+  list().set_index(0);
+  editor().ListCriteria_DragDrop(list(), 0, 29.6);  // 30: the second visible row
+  EXPECT_EQ(list().entries(),
+            (std::vector<ListEntry>{
+                {"Anzahl = 2", 2}, {"Anzahl = 3", 3}, {"Anzahl = 4", 4}, {"Anzahl = 1", 0}}));
+  EXPECT_EQ(list().index(), 3);
+  expect_pickers("Anzahl", "=", "1", "Anzahl = 1");
+}
+
+TEST_F(CriteriaList, ALineDroppedOnItselfStaysAsItIs) {
+  fill_three();
+  list().row_height = 10;
+  host_.forget();
+  editor().ListCriteria_DragDrop(list(), 0, 14.4);
+  EXPECT_EQ(list().item_data(1), 11);
+  EXPECT_THAT(*host_.log, IsEmpty());
+}
+
+TEST_F(CriteriaList, ALineDroppedBelowTheEndIsTheLastOne) {
+  fill_three();
+  editor().ListCriteria_DragDrop(list(), 0, 50);
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 1", "Anzahl = 3", "Anzahl = 2"));
+  EXPECT_EQ(list().item_data(2), 0);
+  EXPECT_EQ(list().index(), 2);
+}
+
+TEST_F(CriteriaList, ALineDroppedAboveTheListIsTheFirstOne) {
+  fill_three();
+  editor().ListCriteria_DragDrop(list(), 0, -7);
+  EXPECT_THAT(host_.lines(), ElementsAre("Anzahl = 2", "Anzahl = 1", "Anzahl = 3"));
+  EXPECT_EQ(list().index(), 0);
+}
+
+TEST_F(CriteriaList, ADropOfAnotherControlOrOnAnEmptyListDoesNothing) {
+  host_.forget();
+  editor().ListCriteria_DragDrop(list(), 0, 0);
+  fill_three();
+  host_.forget();
+  editor().ListCriteria_DragDrop(editor().cboField, 0, 0);
+  EXPECT_THAT(*host_.log, IsEmpty());
+  EXPECT_EQ(list().index(), 1);
+}
+
+TEST_F(CriteriaList, ADropWithNothingSelectedSelectsTheFirstLine) {
+  fill_lines(2);
+  editor().ListCriteria_DragDrop(list(), 0, 1);
+  EXPECT_EQ(list().index(), 0);
+  EXPECT_EQ(list().count(), 2);
+}
+
+// --- Showing a line
+
+TEST_F(CriteriaList, ALineIsLoadedIntoThePickers) {
+  struct Line {
+    const char* text;
+    const char* field;
+    const char* op;
+    const char* value;
+  };
+  for (const Line& line :
+       {Line{"Menge >= 10", "Menge", ">=", "10"}, Line{"Menge <> 10", "Menge", "<>", "10"},
+        Line{"Holzart LIKE 'A%'", "Holzart", "LIKE", "A%"},
+        Line{"Holzart = 'A = B'", "Holzart", "=", "A = B"},
+        Line{"Holzart = 'x", "Holzart", "=", "x"}, Line{"Holzart = x'", "Holzart", "=", "x'"},
+        Line{"Holzart IN ('FI', 'KI')", "Holzart", "IN", ""},
+        Line{"Holzart = Null", "Holzart", "=", "Null"}}) {
+    SCOPED_TRACE(line.text);
+    list().clear();
+    list().add(line.text);
+    list().pick(0);
+    expect_pickers(line.field, line.op, line.value, line.text);
+  }
+}
+
+TEST_F(CriteriaList, ADoubleClickShowsTheLineToo) {
+  fill_three();
+  editor().Formula.set_text("stale");
+  list().double_click();
+  EXPECT_EQ(editor().Formula.text(), "Anzahl = 2");
+}
+
+TEST_F(CriteriaList, AnOrLineLeavesThePickersEmpty) {
+  host_.fill_lines({{"Anzahl = 1", 11}, {kOr, -2}});
+  list().set_index(0);
+  list().set_index(1);
+  expect_pickers("", "", "", "");
+  EXPECT_EQ(editor().cboField.index(), -1);
+}
+
+TEST_F(CriteriaList, ALineWhoseFieldIsNoLongerOfferedStillShows) {
+  host_.fill_lines({{"Alter Name = 'x'", 99}});
+  list().set_index(0);
+  EXPECT_EQ(editor().cboField.index(), -1);
+  EXPECT_EQ(editor().cboValue.text(), "x");
+  EXPECT_EQ(editor().Formula.text(), "Alter Name = 'x'");
+}
+
+TEST_F(CriteriaList, ALineWhoseOperatorIsNoLongerOfferedStillShows) {
+  host_.fill_lines({{"Anzahl LIKE 5", 11}});
+  list().set_index(0);
+  expect_pickers("Anzahl", "", "5", "Anzahl LIKE 5");
+}
+
+TEST_F(CriteriaList, WithLinesAndNothingSelectedTheFirstLineIsShown) {
+  fill_lines(2);
+  editor().SetListButtons();
+  EXPECT_EQ(list().index(), 0);
+  EXPECT_TRUE(editor().cmdDown.enabled());
+  expect_pickers("Anzahl", "=", "1", "Anzahl = 1");
+}
+
+TEST_F(CriteriaList, ShowingALineRunsTheClickOfEveryPicker) {
+  host_.fill_lines({{kOr, -2}});
+  host_.compose("Holzart", "=", "FI");
+  host_.forget();
+  list().set_index(0);
+  // The field is deselected under the busy pointer; without a field nothing is asked.
+  EXPECT_THAT(*host_.log, ElementsAre("pointer hourglass", "pointer default"));
+  EXPECT_FALSE(editor().btnPlus.enabled());
+}
+
+// --- Limit
+
+TEST_F(CriteriaList, Holds32767LinesAndRefusesTheNext) {
+  fill_lines(32766);
+  host_.compose("Anzahl", "=", "2");
+  editor().btnInsert_Click();
+  ASSERT_EQ(list().count(), 32767);
+  EXPECT_EQ(list().index(), 0);
+  EXPECT_THROW(editor().btnInsert_Click(), Overflow);
+  EXPECT_THROW(editor().btnOr_Click(), Overflow);
+  list().set_index(1);
+  editor().cmdUp_Click();  // moves swallow all errors
+  EXPECT_EQ(list().count(), 32767);
+  EXPECT_EQ(list().index(), 1);
+  EXPECT_EQ(list().entry_text(0), "Anzahl = 2");
+}
+
+// --- Failures
+
+TEST_F(CriteriaList, AFailingFieldChangeIsTrappedWhileALineIsShown) {
+  fill_three();
+  list().set_index(0);
+  host_.connection->clear_log();
+  host_.connection->fail_on_call(1);
+  list().set_index(1);
+  EXPECT_EQ(editor().cboField.index(), -1);
+  EXPECT_EQ(editor().Formula.text(), "Anzahl = 2");
+  EXPECT_EQ(host_.user->pointer(), PointerShape::kDefault);
+  host_.connection->fail_on_call(0);
+  list().set_index(2);
+  expect_pickers("Anzahl", "=", "3", "Anzahl = 3");
+}
+
+TEST(CriteriaListFailures, EveryFailureOfInsertingIsSurvived) {
+  expect_failures_to_be_survived(
+      [](EditorHost& host) {
+        host.open_sonst();
+        host.compose("Menge", ">=", "10");
+      },
+      [](F_Selection& editor) { editor.btnInsert_Click(); }, ShowsALine::kYes);
+}
+
+TEST(CriteriaListFailures, EveryFailureOfPlusIsSurvived) {
+  expect_failures_to_be_survived(
+      [](EditorHost& host) {
+        host.open_sonst();
+        host.compose("Artname", "IN", "Buche");
+      },
+      [](F_Selection& editor) {
+        try {
+          editor.btnPlus_Click();
+        } catch (const DatabaseError&) {
+          EXPECT_EQ(editor.value_text(), "()");
+          throw;
+        }
+      });
+}
+
+}  // namespace
+}  // namespace kestrova::test

@@ -1,0 +1,309 @@
+// Stored selections into the criteria list, and the list back into a contract.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/text.h"
+#include "tests/editor/run_host.h"
+
+namespace kestrova::test {
+namespace {
+
+using ::testing::IsEmpty;
+using Lines = std::vector<ListEntry>;
+using Texts = std::vector<std::string>;
+
+const ListEntry kOr = {"=== ODER ===", -2};
+
+// --- Models
+
+// "SONST" with the model "Alt" (7). The names of its fields are the texts 110 to 113; a criteria
+// string that begins with the OR line keeps the pickers out of the test.
+struct ModelHost : RunHost {
+  ModelHost() {
+    answer_fields("SONST", sonst_fields());
+    answer_models("SONST", {{7, " Alt "}});
+    answer_criteria(7, "");
+    for (const OfferedField& field : sonst_fields()) {
+      const int id = field.row.id;
+      connection->answer(
+          "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + std::to_string(id),
+          {{"ID_STRING", FieldType::kInteger}}, {{100 + id}});
+    }
+    suite->answers().texts[110] = "Holzart";
+    suite->answers().texts[111] = "Anzahl";
+    suite->answers().texts[113] = "Datum";
+    start("SONST");
+  }
+
+  // Stores the criteria and double clicks on the model.
+  Lines load(Value criteria) {
+    const std::string sql = "SELECT MODEL FROM MODELS WHERE ID = 70";
+    connection->answer(sql, {{"MODEL"}}, {{std::move(criteria)}});
+    return load();
+  }
+  Lines load() {
+    editor->Model.set_item_data(0, 70);
+    forget();
+    editor->Model_DblClick();
+    return editor->ListCriteria.entries();
+  }
+};
+
+TEST(LoadModel, AddsALinePerRecord) {
+  ModelHost host;
+  EXPECT_EQ(
+      host.load("=== ODER ===;10 = 'FI';11 >= 5;=== ODER ===;10 IN ('A','B');"),
+      (Lines{
+          kOr, {"Holzart = 'FI'", 10}, {"Anzahl >= 5", 11}, kOr, {"Holzart IN ('A','B') ", 10}}));
+}
+
+TEST(LoadModel, ReadsTheModelThenTheNamesAndTypesOfItsFields) {
+  ModelHost host;
+  host.load("=== ODER ===;10 = 'FI';");
+  const Texts calls = host.calls();
+  ASSERT_GE(calls.size(), 4U);
+  EXPECT_EQ(calls[0], opened("SELECT MODEL FROM MODELS WHERE ID = 70"));
+  EXPECT_TRUE(calls[1].ends_with(" close"));
+  EXPECT_EQ(calls[2], "pointer hourglass");
+  EXPECT_EQ(calls.back(), "pointer default");
+  EXPECT_EQ(host.suite->calls_of("GetText"), Texts({"GetText(110)"}));
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+  EXPECT_EQ(host.connection->open_recordsets(), 1U);
+}
+
+TEST(LoadModel, SkipsEmptyRecordsAndTrimsTheOthers) {
+  ModelHost host;
+  EXPECT_EQ(host.load(" === ODER === ;; ; 10 = 'FI' ;;"), (Lines{kOr, {"Holzart = 'FI'", 10}}));
+}
+
+TEST(LoadModel, ReadsALastRecordWithoutSeparator) {
+  ModelHost host;
+  EXPECT_EQ(host.load("=== ODER ===;11 < 3"), (Lines{kOr, {"Anzahl < 3", 11}}));
+}
+
+TEST(LoadModel, OfNullLoadsNothingButShowsItsName) {
+  ModelHost host;
+  host.fill_lines({kOr});
+  EXPECT_THAT(host.load(Value()), IsEmpty());
+  EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+}
+
+TEST(LoadModel, WithoutARowLoadsNothing) {
+  ModelHost host;
+  host.fill_lines({kOr});
+  host.connection->answer("SELECT MODEL FROM MODELS WHERE ID = 70", {{"MODEL"}});
+  EXPECT_THAT(host.load(), IsEmpty());
+  EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+}
+
+TEST(LoadModel, TakesAnOtherOrLineForACriterion) {
+  ModelHost host;
+  EXPECT_THROW(host.load("=== ODER ===;=== oder ===;"), Error);
+}
+
+TEST(LoadModel, ShowsDatesInTheUsersForm) {
+  ModelHost host;
+  EXPECT_EQ(host.load("=== ODER ===;13 = '3/4/2021';13 > '31.12.2024';13 < GETDATE()-3;"
+                      "13 < GETDATE()+5;13 > getdate()+1;13 = NULL;13 <> null;"
+                      "13 IN (3/4/2021,'01.02.2024');"),
+            (Lines{kOr,
+                   {"Datum = '03.04.2021'", 13},
+                   {"Datum > '31.12.2024'", 13},
+                   {"Datum < -3", 13},
+                   {"Datum < +5", 13},
+                   {"Datum > getdate()+1", 13},
+                   {"Datum = NULL", 13},
+                   {"Datum <> null", 13},
+                   {"Datum IN ('03.04.2021','01.02.2024') ", 13}}));
+}
+
+TEST(LoadModel, KeepsGetdateInOtherFields) {
+  ModelHost host;
+  EXPECT_EQ(host.load("=== ODER ===;10 = 'GETDATE()';"),
+            (Lines{kOr, {"Holzart = 'GETDATE()'", 10}}));
+}
+
+TEST(LoadModel, SelectsTheFirstLineAndLoadsItIntoThePickers) {
+  ModelHost host;
+  host.answer_values("SELECT HA FROM HOLZART WHERE ISNULL(DISABLE,0) = 0 ORDER BY HA", {"FI"});
+  EXPECT_EQ(host.load("10 <> 'FI';11 = 5;"), (Lines{{"Holzart <> 'FI'", 10}, {"Anzahl = 5", 11}}));
+  EXPECT_EQ(host.editor->ListCriteria.index(), 0);
+  EXPECT_EQ(host.editor->cboField.text(), "Holzart");
+  EXPECT_EQ(host.editor->cboOperator.text(), "<>");
+  EXPECT_EQ(host.editor->cboValue.text(), "FI");
+  EXPECT_EQ(host.editor->Formula.text(), "Holzart <> 'FI'");
+}
+
+TEST(LoadModel, OfACatalogueRelationNamesFieldsAsTheListDoes) {
+  RunHost host;
+  host.offer("VERLOHN", {{"first", 5}, {"second", 5}, {"third", 6}});
+  host.answer_models("VERLOHN", {{7, "Alt"}});
+  host.answer_criteria(7, "=== ODER ===;5 = 'X';06 = 'Y';9 = 'Z';");
+  for (const char* field : {"5", "6", "9"}) {
+    const std::string id = field;
+    host.connection->answer("SELECT TOP 0 EXPR(BBLTN," + id + ") FROM <BBLTN," + id + ",R7>",
+                            {{"A"}});
+  }
+  host.start("VERLOHN");
+  EXPECT_EQ(host.editor->ListCriteria.entries(),
+            (Lines{kOr, {"first = 'X'", 5}, {"third = 'Y'", 6}, {" = 'Z'", 9}}));
+}
+
+// --- Texts that the host hands in
+
+// "NML" with the fields Holzart (5), Datum (6) and Menge (7).
+struct TextHost : RunHost {
+  TextHost() {
+    offer("LOG", {{"Holzart", 5}, {"Datum", 6}, {"Menge", 7}});
+    suite->answers().field_formats = {{6, "dd.mm.yyyy"}, {7, "0.00"}};
+    answer_models("NML");
+    start("NML");
+  }
+
+  Lines load(const std::string& criteria) {
+    run(criteria);
+    return editor->ListCriteria.entries();
+  }
+};
+
+TEST(LoadText, AddsALinePerTerminatedRecord) {
+  TextHost host;
+  EXPECT_EQ(host.load("=== ODER ===;5 = 'FI';7 >= 5,5;;=== ODER ===;5 LIKE 'A%';9 = 1;5 = 'lost'"),
+            (Lines{kOr,
+                   {"Holzart = 'FI'", 5},
+                   {"Menge >= 5,5", 7},
+                   kOr,
+                   {"Holzart LIKE 'A%'", 5},
+                   {" = 1", 9}}));
+}
+
+TEST(LoadText, ReplacesTheList) {
+  TextHost host;
+  host.fill_lines({{"Holzart = 'X'", 5}});
+  EXPECT_THAT(host.load(""), IsEmpty());
+}
+
+TEST(LoadText, KeepsGetdateInDates) {
+  TextHost host;
+  EXPECT_EQ(host.load("=== ODER ===;6 < GETDATE()-3;6 = '3/4/2021';6 = 'null';6 IN (3/4/2021);"),
+            (Lines{kOr,
+                   {"Datum < GETDATE()-3", 6},
+                   {"Datum = '03.04.2021'", 6},
+                   {"Datum = Null", 6},
+                   {"Datum IN ('03.04.2021') ", 6}}));
+}
+
+TEST(LoadText, FailsForAFieldThatIsNoNumber) {
+  TextHost host;
+  std::string text;
+  std::string formula;
+  EXPECT_THROW(host.editor->Run(host.context, text, formula, false, "=== ODER ===;A = 1;"),
+               TypeMismatch);
+  EXPECT_THROW(host.editor->Run(host.context, text, formula, false, "=== ODER ===;40000 = 1;"),
+               Overflow);
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+  EXPECT_EQ(host.load("=== ODER ===;5 = 'FI';"), (Lines{kOr, {"Holzart = 'FI'", 5}}));
+}
+
+TEST(LoadText, LeavesTheCaption) {
+  TextHost host;
+  host.load("=== ODER ===;");
+  EXPECT_EQ(host.editor->caption(), "Selektion");
+}
+
+// --- Contracts
+
+struct ContractHost : RunHost {
+  explicit ContractHost(const std::string& code = "VERTP12") {
+    offer("LOG", {{"Holzart", 5}, {"Datum", 6}, {"Menge", 7}});
+    suite->answers().field_formats = {{6, "dd.mm.yyyy"}, {7, "0.00"}};
+    answer_models(text::upper(code).substr(0, 5));
+    start(code);
+  }
+
+  Lines load(const std::string& table, Value criteria) {
+    connection->answer("SELECT SELEKTION_VALUE FROM " + table + " WHERE ID = 12",
+                       {{"SELEKTION_VALUE"}}, {{std::move(criteria)}});
+    forget();
+    run();
+    return editor->ListCriteria.entries();
+  }
+};
+
+TEST(LoadContract, ReadsTheSelectionOfPrices) {
+  for (const char* code : {"VERTP12", "vertp12"}) {
+    SCOPED_TRACE(code);
+    ContractHost host(code);
+    EXPECT_EQ(host.load("VERTRAG_PREISE", "=== ODER ===;6 > GETDATE()+1;5 = 'lost'"),
+              (Lines{kOr, {"Datum > GETDATE()+1", 6}}));
+    EXPECT_EQ(host.connection->statements(),
+              Texts({"SELECT SELEKTION_VALUE FROM VERTRAG_PREISE WHERE ID = 12",
+                     model_state_query("VERTP")}));
+  }
+}
+
+TEST(LoadContract, ReadsTheSelectionOfQuantities) {
+  ContractHost host("VERTM12");
+  EXPECT_EQ(host.load("VERTRAG_MENGEN", "=== ODER ===;7 < 3;"), (Lines{kOr, {"Menge < 3", 7}}));
+}
+
+const std::string kContract = "SELECT * FROM VERTRAG_PREISE WHERE ID = 12";
+
+// The calls on the contract's row while the list is committed.
+Texts stored(RunHost& host, const std::vector<ListEntry>& lines) {
+  host.fill_lines(lines);
+  host.forget();
+  host.editor->btnOk_Click();
+  Texts calls;
+  std::string number;
+  for (const std::string& line : *host.log) {
+    if (line.starts_with("open " + kContract) || line.find(" set_value ") != std::string::npos ||
+        line.ends_with(" update")) {
+      calls.push_back(line.starts_with('#') ? line.substr(line.find(' ') + 1) : line);
+    }
+  }
+  return calls;
+}
+
+TEST(StoreContract, ReplacesWhatItHeldByTheList) {
+  ContractHost host;
+  host.answer_contract(kContract, "5 = 'OLD';");
+  EXPECT_EQ(stored(host, {{"Holzart = 'FI'", 5},
+                          {"Menge >= 5,5", 0},
+                          kOr,
+                          {"Datum = 3.4.2021", 6},
+                          {"Datum < -3", 6},
+                          {"Datum > 5", 6},
+                          {"Datum = 'NULL'", 6},
+                          {"holzart IN ('A', 'B') ", 5},
+                          {"Unbekannt = 1", 5}}),
+            Texts({"open " + kContract + " [keyset, optimistic]",
+                   "set_value SELEKTION_VALUE = 5 = 'FI';7 >= 5,5;=== ODER ===;6 = 'S(3.4.2021)';"
+                   "6 < GETDATE()-3;6 > GETDATE()+5;6 = Null;5 IN ('A', 'B') ;0 = 1;",
+                   "update"}));
+  EXPECT_EQ(host.connection->open_recordsets(), 0U);
+}
+
+TEST(StoreContract, OfAnEmptyListStoresAnEmptyText) {
+  ContractHost host;
+  host.answer_contract(kContract, "5 = 'OLD';");
+  EXPECT_EQ(stored(host, {}), Texts({"open " + kContract + " [keyset, optimistic]",
+                                     "set_value SELEKTION_VALUE = ", "update"}));
+}
+
+TEST(StoreContract, StoresWhatWasLoadedAgain) {
+  const std::string criteria =
+      "5 = 'FI';6 > GETDATE()+1;7 <> 1,5;5 IN ('A', 'B') ;=== ODER ===;5 = Null;";
+  ContractHost host;
+  host.answer_contract(kContract, criteria);
+  host.answer_values(
+      "SELECT DISTINCT EXPR(LOG,5) FROM <LOG,0,><LOG,5,R7> WHERE FHP_IMPORT.ERRORTEXT IS NULL AND "
+      "FHP_IMPORT.ID_FHP_IMPORT IS NULL ORDER BY 1",
+      {});
+  host.load("VERTRAG_PREISE", criteria);
+  EXPECT_EQ(stored(host, {}), Texts({"open " + kContract + " [keyset, optimistic]",
+                                     "set_value SELEKTION_VALUE = " + criteria, "update"}));
+}
+
+}  // namespace
+}  // namespace kestrova::test

@@ -1,0 +1,563 @@
+// Binding the editor to a relation, showing it, and what is enabled in it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+#include "platform/text.h"
+#include "tests/editor/run_host.h"
+#include "tests/support/golden.h"
+
+namespace kestrova::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Texts = std::vector<std::string>;
+
+const std::string kUserFields = "SELECT ISNULL(MODEL,'') FROM MODELS WHERE RELATION = 'USERFIELDS'";
+const std::string kWorkOrderFields = "SELECT ISNULL(MODEL,'') FROM MODELS WHERE RELATION = 'BBFIZ'";
+
+Texts operator+(Texts first, const Texts& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+Texts form_load() {
+  return {"GetText(3441)",         "GetOptionFlag('B018')",    "GetOptionFlag('B049')",
+          "GetOptionFlag('B057')", opened(kChangeModelsQuery), "#1 close"};
+}
+
+OfferedField field(int id, std::string_view text, std::string_view custom_text = "") {
+  const std::string name = "F" + std::to_string(id);
+  return {{.id = id, .name = Value(name), .nickname = Value(name), .table = Value("LAGER")},
+          std::string(text),
+          std::string(custom_text)};
+}
+
+Texts numbers_asked(const std::string& relation) {
+  Texts calls;
+  for (int i = 1; i <= 3000; ++i) {
+    calls.push_back("MapFieldId('" + relation + "', " + std::to_string(i) + ")");
+  }
+  return calls;
+}
+
+// --- Every relation code
+
+std::map<std::string, std::string> model_relations() {
+  std::map<std::string, std::string> relations;
+  for (const golden::Row& row : golden::read(KESTROVA_GOLDEN_DIR "/models_in_editor.tsv")) {
+    relations[row["code"]] = row["model_relation"];
+  }
+  return relations;
+}
+
+// The fields "first" (5) and "second" (205); numbers are mapped 100 up, 205 to nothing.
+struct MappingHost : RunHost {
+  explicit MappingHost(const std::string& list_key) {
+    suite->answers().field_lists[list_key] = {{"first", 5}, {"second", 205}};
+    suite->answers().map_field_id = [](std::string_view, std::int32_t id) {
+      return id == 205 ? 0 : id + 100;
+    };
+    connection->answer(kUserFields, {{"A"}}, {{""}});
+    connection->answer(kWorkOrderFields, {{"A"}}, {{"1,2"}});
+  }
+};
+
+const std::vector<OfferedField>& two_selektion_fields() {
+  static const std::vector<OfferedField> fields = {field(1, "one"), field(2, "two")};
+  return fields;
+}
+
+struct Bound {
+  Texts field_lists;
+  Texts mappings;
+  std::string relation;
+  std::vector<ListEntry> fields;
+  friend bool operator==(const Bound&, const Bound&) = default;
+};
+
+void PrintTo(const Bound& bound, std::ostream* out) {
+  *out << ::testing::PrintToString(bound.field_lists) << " relation " << bound.relation;
+  const Texts some(bound.mappings.begin(),
+                   bound.mappings.begin() + static_cast<std::ptrdiff_t>(
+                                                std::min<std::size_t>(bound.mappings.size(), 3)));
+  *out << ", " << bound.mappings.size() << " mappings " << ::testing::PrintToString(some);
+  for (const ListEntry& entry : bound.fields) *out << ", " << entry.text << " " << entry.item_data;
+}
+
+Bound expected_binding(const golden::Row& row) {
+  const std::string& code = row["code"];
+  const std::string& mapping = row["mapping"];
+  Bound bound;
+  bound.relation = row["relation"];
+  if (row["list_key"].empty()) {
+    bound.fields = {{"one", 1}, {"two", 2}};
+    return bound;
+  }
+  bound.field_lists = {"FillFieldList('" + row["list_key"] + "', 0)"};
+  if (mapping == "numbers") {
+    // The number 105 stands at the index 205; nothing stands at 5, which no number is mapped to.
+    bound.mappings = numbers_asked(code);
+    bound.fields = {{"second", 105}};
+  } else {
+    const std::string key = mapping != "own"                        ? mapping
+                            : code == "HIZBB_SELEKTION_RECHNUNG_MV" ? "HIZBB_SELEKTION_RECHNUNG"
+                                                                    : code;
+    bound.mappings = {"MapFieldId('" + key + "', 205)", "MapFieldId('" + key + "', 5)"};
+    bound.fields = {{"first", 105}};
+  }
+  return bound;
+}
+
+// The value of PARAMETER whose fields a relation outside the catalogue offers.
+std::string parameter_of(const std::string& relation) {
+  if (relation == "2PVALL") return "2PVK";
+  const bool is_run_header = relation.size() == 7 && relation.starts_with("2ABR") &&
+                             relation.ends_with("-A") && relation[4] >= '1' && relation[4] <= '8';
+  return is_run_header ? "1VM-A" : relation;
+}
+
+TEST(Binding, FieldListRelationAndNumbersOfEveryCode) {
+  int rows = 0;
+  for (const golden::Row& row : golden::read(KESTROVA_GOLDEN_DIR "/field_lists.tsv")) {
+    SCOPED_TRACE(row.place() + ": " + row["code"]);
+    MappingHost host(row["list_key"]);
+    if (row["list_key"].empty()) {
+      host.answer_fields(parameter_of(row["relation"]), two_selektion_fields());
+    }
+    static const std::map<std::string, std::string> known = model_relations();
+    const auto found = known.find(row["relation"]);
+    host.answer_models(found == known.end() ? row["relation"].starts_with("VERTP") ? "VERTP"
+                                              : row["relation"].starts_with("VERTM")
+                                                  ? "VERTM"
+                                                  : row["relation"]
+                                            : found->second);
+    EXPECT_EQ(host.start(row["code"]), row["code"] == "HIZBB_SELEKTION_RECHNUNG_MV"
+                                           ? "HIZBB_SELEKTION_RECHNUNG"
+                                           : row["code"]);
+    const Bound bound = {host.suite->calls_of("FillFieldList"), host.suite->calls_of("MapFieldId"),
+                         host.editor->relation(), host.editor->cboField.entries()};
+    EXPECT_EQ(bound, expected_binding(row));
+    ++rows;
+  }
+  EXPECT_GT(rows, 400);
+}
+
+TEST(Binding, ListsTheModelsOfTheModelRelation) {
+  const std::map<std::string, std::string> known = model_relations();
+  int rows = 0;
+  for (const auto& [relation, model_relation] : known) {
+    SCOPED_TRACE(relation);
+    MappingHost host("");
+    host.answer_fields(parameter_of(relation), two_selektion_fields());
+    host.answer_models(model_relation, {{7, "Alt"}});
+    host.answer_criteria(7, "");
+    std::string code = relation;
+    try {
+      host.editor->InitForm(host.context, code);
+    } catch (const DatabaseError&) {
+      // Another relation: the editor does not work under this text.
+    }
+    if (host.editor->relation() != relation) continue;
+    EXPECT_EQ(std::count(host.connection->statements().begin(), host.connection->statements().end(),
+                         models_query(model_relation)),
+              1);
+    EXPECT_THAT(host.texts_of(host.editor->Model), ElementsAre("Alt"));
+    ++rows;
+  }
+  EXPECT_GT(rows, 150);
+}
+
+// --- The order of the steps
+
+struct Sonst : RunHost {
+  Sonst() {
+    answer_fields("SONST", {field(10, "Holzart"), field(11, "Anzahl", "Stückzahl"), field(12, "")});
+  }
+};
+
+TEST(Binding, OfARelationOutsideTheCatalogueReadsItsFieldsFromSelektion) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start(" sonst ");
+  EXPECT_EQ(host.calls(),
+            form_load() +
+                Texts({"open " + fields_query("SONST") + " [static, read-only]", "#2 move_next",
+                       "#2 move_next", "#2 move_next", "restrict('MODELS', '', 7)",
+                       opened(models_query("SONST")), "#3 close", "standard_model('SONST', 0)"}));
+  EXPECT_EQ(host.editor->cboField.entries(),
+            (std::vector<ListEntry>{{"Holzart", 10}, {"Stückzahl", 11}, {"", 12}}));
+  EXPECT_EQ(host.editor->relation(), "SONST");
+  EXPECT_EQ(host.connection->open_recordsets(), 1U) << "the pickers search the field catalogue";
+  EXPECT_EQ(host.suite->live_services(), 1U) << "the texts";
+}
+
+TEST(Binding, OfACatalogueRelationAsksTheSuiteForTheFields) {
+  RunHost host;
+  host.offer("VERLOHN", {{"Holzart", 5}});
+  host.answer_models("VERLOHN");
+  host.start("VERLOHN");
+  EXPECT_EQ(host.calls(),
+            form_load() + Texts({"FillFieldList('VERLOHN', 0)", "MapFieldId('VERLOHN', 5)",
+                                 "restrict('MODELS', '', 7)", opened(models_query("VERLOHN")),
+                                 "#2 close", "standard_model('VERLOHN', 0)"}));
+  EXPECT_EQ(host.connection->open_recordsets(), 0U);
+}
+
+TEST(Binding, WithoutVisibleFieldsLeavesTheFieldListEmpty) {
+  RunHost host;
+  host.answer_fields("SONST", {});
+  host.answer_models("SONST");
+  host.start("SONST");
+  EXPECT_EQ(host.editor->cboField.count(), 0);
+}
+
+TEST(Binding, EmptiesWhatTheLastRelationLeft) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  host.fill_lines({{"Holzart = 'FI'", 10}});
+  host.editor->cboValue.set_text("FI");
+  host.editor->Formula.set_text("Holzart = 'FI'");
+  host.editor->txtStandard.set_text("Alt");
+  host.offer("VERLOHN", {});
+  host.answer_models("VERLOHN");
+  host.start("VERLOHN");
+  EXPECT_THAT(host.lines(), IsEmpty());
+  EXPECT_EQ(host.editor->cboField.count(), 0);
+  EXPECT_EQ(host.editor->cboValue.text(), "");
+  EXPECT_EQ(host.editor->Formula.text(), "");
+  EXPECT_EQ(host.editor->txtStandard.text(), "");
+  EXPECT_EQ(host.editor->relation(), "VERLOHN");
+}
+
+TEST(Binding, ReadsTheFieldTextsOfTheUsersLanguage) {
+  RunHost host;
+  host.context.strLanguage = "FR";
+  host.connection->answer(
+      "SELECT SELEKTION.*,STRINGS.FR,STRINGS.CUSTOM_FR FROM SELEKTION LEFT JOIN STRINGS ON "
+      "SELEKTION.ID_STRING = STRINGS.ID_STRING WHERE RTRIM(LTRIM(SELEKTION.PARAMETER)) = 'SONST' "
+      "AND VISIBLE = 1 ORDER BY SELEKTION.ORDER_CUSTOM",
+      {{"ID_SELEKTION", FieldType::kInteger}, {"FR"}, {"CUSTOM_FR"}},
+      {{10, "Essence", Value()}, {11, "Nombre", "Pièces"}});
+  host.answer_models("SONST");
+  host.start("SONST");
+  EXPECT_EQ(host.editor->cboField.entries(),
+            (std::vector<ListEntry>{{"Essence", 10}, {"Pièces", 11}}));
+}
+
+TEST(Binding, OfWorkOrdersOffersOnlyTheirPermittedFields) {
+  Sonst host;
+  host.answer_fields("4ARB", {field(1, "one"), field(11, "eleven"), field(3, "three")});
+  host.connection->answer(kWorkOrderFields, {{"A"}}, {{"3,11"}});
+  host.answer_models("4ARB");
+  host.start("4ARB17");
+  EXPECT_EQ(host.editor->cboField.entries(),
+            (std::vector<ListEntry>{{"eleven", 11}, {"three", 3}}));
+  EXPECT_EQ(host.editor->relation(), "4ARB");
+}
+
+// --- Numbers
+
+TEST(Binding, KeepsOnlyNumbersFrom1To3000) {
+  RunHost host;
+  host.suite->answers().field_lists["LOG"] = {{"low", 0},     {"below", -1},   {"first", 1},
+                                              {"last", 3000}, {"above", 3001}, {"unmapped", 2}};
+  host.suite->answers().map_field_id = [](std::string_view, std::int32_t id) {
+    switch (id) {
+      case 10:
+        return 1;
+      case 20:
+        return 3000;
+      case 30:
+        return 3001;
+      case 40:
+        return -1;
+      default:
+        return 0;
+    }
+  };
+  host.answer_models("1LV");
+  host.start("1LV");
+  EXPECT_EQ(host.editor->cboField.entries(), (std::vector<ListEntry>{{"first", 10}, {"last", 20}}));
+}
+
+TEST(Binding, OfTwoNumbersWithOneAnswerTheHigherOneStays) {
+  RunHost host;
+  host.suite->answers().field_lists["LOG"] = {{"field", 7}};
+  host.suite->answers().map_field_id = [](std::string_view, std::int32_t id) {
+    return id == 10 || id == 20 ? 7 : 0;
+  };
+  host.answer_models("1LV");
+  host.start("1LV");
+  EXPECT_EQ(host.editor->cboField.entries(), (std::vector<ListEntry>{{"field", 20}}));
+}
+
+TEST(Binding, WithdrawsTheFieldsThatTheUserMayNotSelectBy) {
+  RunHost host;
+  host.offer("HIZ", {{"a", 1}, {"b", 2}, {"c", 3}});
+  host.connection->answer(kUserFields, {{"A"}}, {{"2,x,,9999"}});
+  host.answer_models("HIZ_SELEKTION_X");
+  host.start("HIZ_SELEKTION_X");
+  EXPECT_EQ(host.editor->cboField.entries(), (std::vector<ListEntry>{{"a", 1}, {"c", 3}}));
+  EXPECT_EQ(host.calls(), form_load() + Texts({"FillFieldList('HIZ', 0)"}) +
+                              numbers_asked("HIZ_SELEKTION_X") +
+                              Texts({opened(kUserFields), "#2 close", "restrict('MODELS', '', 7)",
+                                     opened(models_query("HIZ_SELEKTION_X")), "#3 close",
+                                     "standard_model('HIZ_SELEKTION_X', 0)"}));
+}
+
+// --- Models
+
+struct TwoModels : Sonst {
+  TwoModels() {
+    answer_models("SONST", {{7, "Alt"}, {9, " Neu "}});
+    answer_criteria(7, "=== ODER ===;");
+    answer_criteria(9, "=== ODER ===;=== ODER ===;");
+  }
+};
+
+TEST(StartModel, IsTheFirstOneWithoutAStandard) {
+  TwoModels host;
+  host.start("SONST");
+  EXPECT_EQ(host.editor->Model.entries(), (std::vector<ListEntry>{{"Alt", 7}, {" Neu ", 9}}));
+  EXPECT_EQ(host.editor->Model.index(), 0);
+  EXPECT_EQ(host.editor->txtStandard.text(), "");
+  EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+  EXPECT_EQ(host.lines().size(), 1U);
+}
+
+TEST(StartModel, IsTheStandardAndItsNameIsShown) {
+  TwoModels host;
+  host.suite->answers().standard_model = 9;
+  host.start("SONST");
+  EXPECT_EQ(host.editor->Model.index(), 1);
+  EXPECT_EQ(host.editor->txtStandard.text(), " Neu ");
+  EXPECT_EQ(host.editor->caption(), "Selektion: Neu");
+  EXPECT_EQ(host.lines().size(), 2U);
+}
+
+TEST(StartModel, IsTheFirstOneWhenTheStandardIsNotListed) {
+  TwoModels host;
+  host.suite->answers().standard_model = 8;
+  host.start("SONST");
+  EXPECT_EQ(host.editor->Model.index(), 0);
+  EXPECT_EQ(host.editor->txtStandard.text(), "");
+}
+
+TEST(StartModel, OfARunIsThatOfAllRuns) {
+  RunHost host;
+  host.answer_models("2ABR1");
+  host.start("2ABR5");
+  EXPECT_EQ(host.editor->relation(), "2ABR5");
+  EXPECT_EQ(host.suite->calls_of("standard_model"), Texts({"standard_model('2ABR1', 0)"}));
+}
+
+// --- Options
+
+TEST(FormLoad, HappensOnce) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  host.start("SONST");
+  EXPECT_EQ(host.suite->calls_of("GetOptionFlag").size(), 3U);
+  EXPECT_EQ(host.connection->open_recordsets(), 1U) << "the catalogue of the first start is closed";
+}
+
+TEST(FormLoad, IsTriedAgainAfterAFailure) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.suite->fail_on_call(2);
+  EXPECT_THROW(host.start("SONST"), InvalidArgument);
+  host.suite->fail_on_call(0);
+  host.start("SONST");
+  EXPECT_EQ(host.suite->calls_of("GetOptionFlag").size(), 4U);
+  host.start("SONST");
+  EXPECT_EQ(host.suite->calls_of("GetOptionFlag").size(), 4U);
+}
+
+TEST(FormLoad, NeedsTheRowOfTheOption) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.connection->answer(text::replace_all(kChangeModelsQuery, "ISNULL", "NVL"), {{"A"}});
+  host.connection->set_kind(ConnectionKind::kOracle);
+  EXPECT_THROW(host.start("SONST"), NoCurrentRecord);
+  EXPECT_EQ(host.connection->open_recordsets(), 0U);
+}
+
+// --- Showing
+
+TEST(Run, ShowsTheDialogAndCopiesTheResults) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  module_state().strSelektion_Fr_Wh = " FROM A";
+  module_state().strSelektionFormula = "a";
+  module_state().blnOK = "Wahr";
+  host.forget();
+  std::string shown;
+  const RunHost::Results results = host.run("", false, [&] {
+    shown = module_state().blnOK;
+    EXPECT_TRUE(host.editor->is_visible());
+    EXPECT_EQ(host.editor->start_state(), 2);
+  });
+  EXPECT_EQ(host.editor->start_state(), 0);
+  EXPECT_EQ(shown, "Falsch");
+  EXPECT_EQ(results, (RunHost::Results{" FROM A", "a"}));
+  EXPECT_FALSE(host.editor->is_visible());
+  EXPECT_EQ(host.calls(),
+            Texts({"pointer hourglass", "pointer default", opened(model_state_query("SONST")),
+                   "#4 close", "dialog 'Selektion'"}));
+}
+
+TEST(Run, IgnoresTheSubsetOfOtherRelations) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  host.fill_lines({{"=== ODER ===", -2}});
+  host.run("=== ODER ===;=== ODER ===;");
+  EXPECT_EQ(host.editor->ListCriteria.entries(), (std::vector<ListEntry>{{"=== ODER ===", -2}}));
+}
+
+TEST(Run, SelectsTheFirstLine) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  host.fill_lines({{"=== ODER ===", -2}, {"=== ODER ===", -2}});
+  host.run("", false, [&] {
+    EXPECT_EQ(host.editor->ListCriteria.index(), 0);
+    EXPECT_FALSE(host.editor->cmdUp.enabled());
+    EXPECT_TRUE(host.editor->cmdDown.enabled());
+  });
+}
+
+TEST(FormUnload, HidesAVisibleDialogAndKeepsIt) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  bool cancel = true;
+  host.editor->Form_Unload(cancel);
+  EXPECT_FALSE(cancel);
+  host.run("", false, [&] {
+    host.editor->Form_Unload(cancel);
+    EXPECT_TRUE(cancel);
+    EXPECT_FALSE(host.editor->is_visible());
+  });
+}
+
+TEST(ContractSelection, IsFoundByTheCode) {
+  const auto found = [](std::string_view code) {
+    const auto contract = contract_selection(code);
+    return contract ? std::string(contract->table) + " " + std::to_string(contract->record) : "";
+  };
+  EXPECT_EQ(found("VERTP12"), "VERTRAG_PREISE 12");
+  EXPECT_EQ(found("vertp12"), "VERTRAG_PREISE 12");
+  EXPECT_EQ(found("VertM7"), "VERTRAG_MENGEN 7");
+  EXPECT_EQ(found("VERTP 12"), "VERTRAG_PREISE 12") << "numbers may be written with a blank";
+  EXPECT_EQ(found("VERTPREIS"), "VERTRAG_PREISE 0");
+  EXPECT_THROW(found("VERTP3000000000"), Overflow);
+  EXPECT_EQ(found("VERT12"), "");
+  EXPECT_EQ(found(" VERTP12"), "");
+}
+
+// --- What is shown of a model
+
+TEST(ModelState, ShowsThePropertiesUnderTheHourglass) {
+  Sonst host;
+  host.answer_models("SONST", {{7, "Alt"}});
+  host.answer_criteria(7, "");
+  host.start("SONST");
+  host.forget();
+  host.editor->Model_Click();
+  EXPECT_EQ(host.calls(), Texts({"pointer hourglass", opened(model_state_query("SONST", 7)),
+                                 "#6 close", "pointer default"}));
+}
+
+TEST(ModelState, OfAModel) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  host.editor->Model.add("Alt");
+  host.editor->Model.set_item_data(0, 3);
+  host.answer_state(model_state_query("SONST", 3), {1, 0, 5, "Revier", 1});
+  host.editor->Model.set_index(0);
+  EXPECT_TRUE(host.editor->Check1.checked());
+  EXPECT_TRUE(host.editor->chkStandard.checked());
+  EXPECT_TRUE(host.editor->chkAL.checked());
+  EXPECT_EQ(host.editor->chkAL.caption(), "Revier");
+  host.editor->Model.set_index(-1);
+  EXPECT_FALSE(host.editor->Check1.checked());
+  EXPECT_FALSE(host.editor->chkStandard.checked());
+  EXPECT_FALSE(host.editor->chkAL.checked());
+  EXPECT_EQ(host.editor->chkAL.caption(), "");
+}
+
+TEST(ModelState, OnOracleComesFromDual) {
+  Sonst host;
+  host.connection->set_kind(ConnectionKind::kOracle);
+  host.connection->answer(text::replace_all(kChangeModelsQuery, "ISNULL", "NVL"),
+                          {{"A", FieldType::kInteger}}, {{1}});
+  host.answer_models("SONST");
+  const auto on_oracle = [](std::string sql) {
+    return sql.substr(0, sql.size() - 3) + " FROM DUAL) A";
+  };
+  host.answer_state(on_oracle(model_state_query("SONST")), {1, 0, Value(), Value(), 0});
+  host.start("SONST");
+  host.run();
+  EXPECT_TRUE(host.editor->Check1.checked());
+  host.editor->Model.add("Alt");
+  host.editor->Model.set_item_data(0, 3);
+  host.answer_state(on_oracle(model_state_query("SONST", 3)), {0, 0, Value(), Value(), 1});
+  host.editor->Model.set_index(0);
+  EXPECT_FALSE(host.editor->Check1.checked());
+  EXPECT_TRUE(host.editor->chkStandard.checked());
+}
+
+// --- What is enabled, by all that decides it
+
+TEST(ModelState, EnablesTheControls) {
+  for (int flags = 0; flags < 64; ++flags) {
+    const auto flag = [flags](int bit) { return (flags >> bit & 1) != 0; };
+    const bool read_only = flag(0), change_models = flag(1), b018 = flag(2), b049 = flag(3),
+               b057 = flag(4), locked = flag(5);
+    SCOPED_TRACE(flags);
+    RunHost host;
+    host.answer_fields("SONST", {});
+    host.answer_models("SONST");
+    host.connection->set_kind(ConnectionKind::kOracle);
+    host.connection->answer(text::replace_all(kChangeModelsQuery, "ISNULL", "NVL"),
+                            {{"A", FieldType::kInteger}}, {{change_models ? 1 : 0}});
+    std::string state = model_state_query("SONST");
+    state.insert(state.size() - 3, " FROM DUAL");
+    host.answer_state(state, {locked ? 1 : 0, 0, Value(), Value(), 0});
+    host.suite->answers().options = {{"B018", b018}, {"B049", b049}, {"B057", b057}};
+    host.start("SONST");
+    host.run("", read_only);
+
+    const F_Selection& editor = *host.editor;
+    EXPECT_EQ(editor.Check1.enabled(), !read_only && change_models && b049 && b018);
+    EXPECT_EQ(editor.btnSaveModelleAs.enabled(), !read_only && b049);
+    const bool may_bind = !read_only && change_models && b049;
+    EXPECT_EQ(editor.chkAL.enabled(), may_bind);
+    const bool may_overwrite =
+        !read_only && b057 && (!locked || (change_models && b018)) && (!locked || may_bind);
+    EXPECT_EQ(editor.btnSaveModelle.enabled(), may_overwrite);
+    EXPECT_EQ(editor.btnDeleteModelle.enabled(), may_overwrite);
+    EXPECT_EQ(editor.chkStandard.enabled(), may_overwrite);
+    for (const Control* control : std::initializer_list<const Control*>{
+             &editor.btnOk, &editor.Frame1, &editor.btnPlus, &editor.btnMinus, &editor.btnReplace,
+             &editor.btnInsert, &editor.Formula, &editor.cboOperator, &editor.cboValue,
+             &editor.cboField, &editor.btnDelete, &editor.btnNew, &editor.btnLast, &editor.btnNext,
+             &editor.btnPrev, &editor.btnFirst, &editor.btnOr, &editor.Frame4, &editor.Model}) {
+      EXPECT_EQ(control->enabled(), !read_only) << control->name();
+    }
+    EXPECT_TRUE(editor.btnCancel.enabled());
+  }
+}
+
+}  // namespace
+}  // namespace kestrova::test
