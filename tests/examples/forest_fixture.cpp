@@ -9,7 +9,8 @@
 namespace kestrova::test {
 
 std::shared_ptr<Connection> make_forest(std::int64_t lots, std::uint64_t seed, DateTime today) {
-  std::shared_ptr<Connection> connection = open_sqlite(":memory:", {.clock = [today] { return today; }});
+  std::shared_ptr<Connection> connection =
+      open_sqlite(":memory:", {.clock = [today] { return today; }});
   build_forest_database(*connection, {lots, seed, today});
   return connection;
 }
