@@ -16,11 +16,11 @@ namespace kestrova {
 // The services that only a host can give. A service that is absent raises ObjectNotSet when an
 // operation needs it.
 struct Host {
-  std::shared_ptr<Suite> suite;
-  std::shared_ptr<UserInterface> user_interface;
-  std::shared_ptr<UserLocale> user_locale;
+  std::shared_ptr<Suite> suite{};
+  std::shared_ptr<UserInterface> user_interface{};
+  std::shared_ptr<UserLocale> user_locale{};
   // Makes the one selection editor, on first use.
-  std::function<std::shared_ptr<SelectionForm>()> make_selection_form;
+  std::function<std::shared_ptr<SelectionForm>()> make_selection_form{};
 };
 
 // Installs the host's services and begins with empty module state. Call it before any other
