@@ -276,6 +276,38 @@ TEST_F(HostScenario, ArticlesAreSelectedStoredAndSelectedAgain) {
   EXPECT_EQ(ids("WARENKATALOG.ID", again), wanted);
 }
 
+// Of planned orders the dialog selects the plans of the person, whose table a criterion must bring;
+// the translator selects the orders that the person leads.
+TEST_F(HostScenario, PlannedOrdersAreThoseOfAPlanInTheDialogAndOfALeaderInTheTranslation) {
+  const auto commit = [this](const std::string& criteria) {
+    start("4PLN17");
+    selection_.FillListCriteria(context_, criteria, "4PLN17");
+    selection_.OK_Click(from_where_, formula_);
+  };
+  commit("105 > 100;");
+  EXPECT_EQ(from_where_,
+            " ARBEITSAUFTRAG_KOPF WHERE ARBEITSAUFTRAG_PLANN.PERSONAL_ID = 17 AND "
+            "(ARBEITSAUFTRAG_KOPF.MENGE > 100)");
+  EXPECT_THROW(ids("ARBEITSAUFTRAG_KOPF.ID", " FROM" + from_where_), DatabaseError);
+
+  const std::string tables = " ARBEITSAUFTRAG_KOPF, ARBEITSAUFTRAG_PLANN WHERE ";
+  const std::string criteria =
+      "ARBEITSAUFTRAG_KOPF.ID = ARBEITSAUFTRAG_PLANN.ID_ARBEITSAUFTRAG_KOPF AND "
+      "(ARBEITSAUFTRAG_KOPF.MENGE > 100 AND ARBEITSAUFTRAG_PLANN.HA <> 'FI')";
+  const std::string by_hand_text =
+      "SELECT K.ID FROM ARBEITSAUFTRAG_KOPF K INNER JOIN ARBEITSAUFTRAG_PLANN P "
+      "ON P.ID_ARBEITSAUFTRAG_KOPF = K.ID WHERE K.MENGE > 100 AND P.HA <> 'FI' AND ";
+  const std::string all = "SELECT ID FROM ARBEITSAUFTRAG_PLANN";
+  commit("105 > 100;108 <> 'FI';");
+  EXPECT_EQ(from_where_, tables + "ARBEITSAUFTRAG_PLANN.PERSONAL_ID = 17 AND " + criteria);
+  EXPECT_EQ(ids("ARBEITSAUFTRAG_KOPF.ID", " FROM" + from_where_),
+            by_hand(by_hand_text + "P.PERSONAL_ID = 17", all));
+  const std::string again = translated("4PLN17", "4ARB", selection_.GetWriteString(context_));
+  EXPECT_EQ(again, " FROM" + tables + "ARBEITSAUFTRAG_KOPF.PERSONAL_ID=17 AND " + criteria);
+  EXPECT_EQ(ids("ARBEITSAUFTRAG_KOPF.ID", again),
+            by_hand(by_hand_text + "K.PERSONAL_ID = 17", all));
+}
+
 // --- From a subset ------------------------------------------------------------------------------
 
 TEST_F(HostScenario, ASubsetIsShownChangedAndHandedBack) {
@@ -470,6 +502,21 @@ TEST_F(HostScenario, AStoredSelectionIsCommittedWithoutAWindow) {
                     "SELECT ID FROM LOGS"));
 }
 
+TEST_F(HostScenario, ARelativeDateIsListedAsItsOffset) {
+  start("1EXP");
+  for (const char* stored :
+       {"713 >= GETDATE()-60;", "713 < GETDATE()+0;", "713 < GETDATE()+1.5;"}) {
+    SCOPED_TRACE(stored);
+    selection_.FillListCriteria(context_, stored, "1EXP");
+    EXPECT_EQ(selection_.GetWriteString(context_), stored);
+  }
+  // Nothing is left of today without an offset, and the database says so.
+  selection_.FillListCriteria(context_, "713 < GETDATE();", "1EXP");
+  selection_.OK_Click(from_where_, formula_);
+  EXPECT_EQ(formula_, "Einschlagsdatum < ");
+  EXPECT_THROW(ids("LOGS.ID", from_where_), DatabaseError);
+}
+
 TEST_F(HostScenario, AListThatEndsWithAnOrLineIsRefusedAndTheTextsComeBack) {
   start("1EXP");
   selection_.FillListCriteria(context_, "703 = 'FI';=== ODER ===;", "1EXP");
@@ -592,6 +639,68 @@ TEST_F(HostScenario, AReadOnlySelectionCanBeSeenAndNotChanged) {
   });
   show();
   EXPECT_TRUE(selection_.WasOKClick());
+}
+
+// --- Services and lifetime
+// ------------------------------------------------------------------------
+
+TEST_F(HostScenario, AModuleThatOnlyTranslatesNeedsTheSuiteAlone) {
+  struct Stored {
+    std::string code;
+    std::string mode;
+    std::string criteria;
+  };
+  for (const Stored& stored :
+       {Stored{"2ABR1-A", "", "1510 LIKE 'S%';1504 >= 1000.50;=== ODER ===;1508 = 0;"},
+        Stored{"1WL", "", "2 >= GETDATE()-60;"},
+        Stored{"4ARB17", "4ARB", "303 >= '01.01.2025';306 = 0;"},
+        Stored{"1VN", "WAREN", "208 = 'Schutzausrüstung';203 <= GETDATE();"},
+        Stored{"LEISTUNGS_BB", "", "5 > 4;"}}) {
+    SCOPED_TRACE(stored.code);
+    const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
+    const auto suite = make_standalone_suite(connection(), locale);
+    install_host({.suite = suite, .user_interface = user_interface_, .user_locale = locale});
+    const std::string with_all_services = translated(stored.code, stored.mode, stored.criteria);
+    EXPECT_NE(with_all_services, "");
+    install_host({.suite = suite});
+    EXPECT_EQ(translated(stored.code, stored.mode, stored.criteria), with_all_services);
+    EXPECT_THROW(start(stored.code), ObjectNotSet);
+  }
+}
+
+// A connection of its own to the database of all sessions.
+class FurtherConnection : public Connection {
+ public:
+  explicit FurtherConnection(Connection& database) : database_(database) {}
+  std::unique_ptr<Recordset> open(std::string_view source, CursorType cursor,
+                                  LockType lock) override {
+    return database_.open(source, cursor, lock);
+  }
+  std::int64_t execute(std::string_view batch) override { return database_.execute(batch); }
+  ConnectionKind kind() const override { return database_.kind(); }
+
+ private:
+  Connection& database_;
+};
+
+TEST_F(HostScenario, ASelectionLetsGoOfTheConnectionOfTheOneBefore) {
+  std::weak_ptr<Connection> before;
+  {
+    KesVar context = context_;
+    context.dbado = std::make_shared<FurtherConnection>(*connection());
+    before = context.dbado;
+    selection_.c_Selection_Init(context, "4ARB17", "", from_where_, formula_);
+  }
+  EXPECT_FALSE(before.expired());
+  start("4ARB18");
+  EXPECT_TRUE(before.expired());
+}
+
+TEST_F(HostScenario, AHostThatIsTakenAwayLeavesNothingBehind) {
+  start("4ARB17");
+  context_.dbado.reset();
+  install_host({});
+  EXPECT_EQ(connection().use_count(), 1);
 }
 
 }  // namespace
