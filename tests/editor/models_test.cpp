@@ -139,8 +139,7 @@ TEST(SaveAs, InsertsTheListReadsItsNumberAndSelectsIt) {
   host.answer_new_model("Drei", 21);
   host.save_as("Drei");
   EXPECT_EQ(host.said(),
-            Texts({kQuestion,
-                   executed(insert_of("5 = ''FI'';=== ODER ===;6 IN (1, 2) ;", "Drei")),
+            Texts({kQuestion, executed(insert_of("5 = ''FI'';=== ODER ===;6 IN (1, 2) ;", "Drei")),
                    opened(id_query("Drei"))}) +
                 host.state_of(21));
   EXPECT_EQ(host.models(), (Models{{"Alt", 3}, {"Neu", 4}, {"Drei", 21}}));
@@ -378,9 +377,9 @@ TEST(Save, WithoutASelectedModelAsksForTheName) {
   host.expect_name("Drei");
   host.answer_new_model("Drei", 21);
   host.editor->btnSaveModelle_Click();
-  EXPECT_EQ(host.said(), Texts({kQuestion, executed(insert_of("", "Drei")),
-                                opened(id_query("Drei"))}) +
-                             host.state_of(21));
+  EXPECT_EQ(host.said(),
+            Texts({kQuestion, executed(insert_of("", "Drei")), opened(id_query("Drei"))}) +
+                host.state_of(21));
   EXPECT_EQ(host.editor->Model.index(), 2);
   EXPECT_EQ(host.editor->caption(), "Selektion: Drei");
 }
@@ -486,9 +485,9 @@ TEST(Standard, SetsTheMarkWithinTheClassOfTheModel) {
   host.suite->answers().standard_model = 3;
   host.editor->chkStandard.click();
   EXPECT_TRUE(host.editor->chkStandard.checked());
-  EXPECT_EQ(host.said(), Texts({"restrict('MODELS', '', 7)",
-                                executed(standard_of("VERLOHN", 3, " {MODELS,7}")),
-                                "standard_model('VERLOHN', 0)"}));
+  EXPECT_EQ(host.said(),
+            Texts({"restrict('MODELS', '', 7)", executed(standard_of("VERLOHN", 3, " {MODELS,7}")),
+                   "standard_model('VERLOHN', 0)"}));
   EXPECT_EQ(host.editor->txtStandard.text(), "Alt");
 }
 
@@ -557,8 +556,7 @@ TEST(Lock, ShowsThatTheStandardMarkIsLost) {
   host.answer_model(4, {1, 0, Value(), Value(), 0});
   host.editor->Check1.click();
   EXPECT_FALSE(host.editor->chkStandard.checked());
-  EXPECT_EQ(host.connection->statements(),
-            Texts({lock_of(1, 4), model_state_query("VERLOHN", 4)}));
+  EXPECT_EQ(host.connection->statements(), Texts({lock_of(1, 4), model_state_query("VERLOHN", 4)}));
 }
 
 TEST(Lock, WithoutASelectedModelIsReset) {
@@ -613,10 +611,10 @@ TEST(AccessLevel, WithoutASelectedModelIsReset) {
 // --- The boxes write nothing while they are set to what the database says
 
 const std::vector<Row>& every_state() {
-  static const std::vector<Row> states = {
-      {1, 0, 5, "Revier", 1},     {0, 1, Value(), Value(), 0}, {1, 1, Value(), Value(), 1},
-      {0, 0, 5, "Revier", 0},     {1, 0, Value(), Value(), 0}, {0, 0, 5, Value(), 1},
-      {0, 0, Value(), Value(), 1}};
+  static const std::vector<Row> states = {{1, 0, 5, "Revier", 1},      {0, 1, Value(), Value(), 0},
+                                          {1, 1, Value(), Value(), 1}, {0, 0, 5, "Revier", 0},
+                                          {1, 0, Value(), Value(), 0}, {0, 0, 5, Value(), 1},
+                                          {0, 0, Value(), Value(), 1}};
   return states;
 }
 
@@ -708,11 +706,11 @@ TEST(ModelButtons, DoWhatTheirHandlersDo) {
 // OK, the criteria controls, their frames and the list of models, in the order in which they are
 // enabled.
 std::vector<Control*> criteria_controls(F_Selection& editor) {
-  return {&editor.btnOk,       &editor.Frame1,   &editor.btnPlus,  &editor.btnMinus,
-          &editor.btnReplace,  &editor.btnInsert, &editor.Formula, &editor.cboOperator,
-          &editor.cboValue,    &editor.cboField, &editor.btnDelete, &editor.btnNew,
-          &editor.btnLast,     &editor.btnNext,  &editor.btnPrev,  &editor.btnFirst,
-          &editor.btnOr,       &editor.Frame4,   &editor.Model};
+  return {&editor.btnOk,      &editor.Frame1,    &editor.btnPlus,   &editor.btnMinus,
+          &editor.btnReplace, &editor.btnInsert, &editor.Formula,   &editor.cboOperator,
+          &editor.cboValue,   &editor.cboField,  &editor.btnDelete, &editor.btnNew,
+          &editor.btnLast,    &editor.btnNext,   &editor.btnPrev,   &editor.btnFirst,
+          &editor.btnOr,      &editor.Frame4,    &editor.Model};
 }
 
 TEST(ModelControls, AreEnabledByOptionsAndLock) {
