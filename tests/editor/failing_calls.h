@@ -118,7 +118,7 @@ void expect_failures_survived(const After& after) {
     SCOPED_TRACE((is_database ? "database call " : "service call ") + number + failed.call);
     EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
     EXPECT_LE(host.connection->open_recordsets(), Prepared::kHeldRowSets);
-    EXPECT_LE(host.suite->live_services(), 1U) << "only the texts are kept";
+    EXPECT_LE(host.suite->live_services(), 2U) << "the texts and the model settings are kept";
     EXPECT_FALSE(host.editor->is_visible());
     after(host, failed);
     host.act();

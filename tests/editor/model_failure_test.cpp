@@ -159,7 +159,7 @@ void put_box(ModelsSweep& host, CheckBox& box, bool checked) {
   box.set_checked(checked);
 }
 
-template <CheckBox F_Selection::*box, bool checked>
+template <CheckBox SelectionDialog::*box, bool checked>
 struct BoxSweep : ModelsSweep {
   void act() {
     F_Selection& e = *editor;
@@ -181,28 +181,28 @@ void expect_box_failures_survived() {
 }
 
 TEST(ModelFailures, OfSettingTheStandard) {
-  expect_box_failures_survived<BoxSweep<&F_Selection::chkStandard, true>>();
+  expect_box_failures_survived<BoxSweep<&SelectionDialog::chkStandard, true>>();
 }
 TEST(ModelFailures, OfClearingTheStandard) {
-  expect_box_failures_survived<BoxSweep<&F_Selection::chkStandard, false>>();
+  expect_box_failures_survived<BoxSweep<&SelectionDialog::chkStandard, false>>();
 }
 TEST(ModelFailures, OfLocking) {
-  expect_box_failures_survived<BoxSweep<&F_Selection::Check1, true>>();
+  expect_box_failures_survived<BoxSweep<&SelectionDialog::Check1, true>>();
 }
 TEST(ModelFailures, OfUnlocking) {
-  expect_box_failures_survived<BoxSweep<&F_Selection::Check1, false>>();
+  expect_box_failures_survived<BoxSweep<&SelectionDialog::Check1, false>>();
 }
 TEST(ModelFailures, OfBinding) {
-  expect_box_failures_survived<BoxSweep<&F_Selection::chkAL, true>>();
+  expect_box_failures_survived<BoxSweep<&SelectionDialog::chkAL, true>>();
 }
 TEST(ModelFailures, OfUnbinding) {
-  expect_box_failures_survived<BoxSweep<&F_Selection::chkAL, false>>();
+  expect_box_failures_survived<BoxSweep<&SelectionDialog::chkAL, false>>();
 }
 
 // --- Showing
 
 struct ClickSweep : ModelsSweep {
-  ClickSweep() { answer_state(model_state_query("SONST", 3), {1, 0, 5, "Revier", 1}); }
+  ClickSweep() { change_state(model_state_query("SONST", 3), {1, 0, 5, "Revier", 1}); }
   void act() { editor->Model_Click(); }
 };
 

@@ -89,12 +89,13 @@ struct ModelsHost : RunHost {
 
   // What the database says of a model from now on.
   void answer_model(int model, Row state) {
-    answer_state(model_state_query("VERLOHN", model), std::move(state));
+    change_state(model_state_query("VERLOHN", model), std::move(state));
   }
 
   void set_options(bool change_models, bool b018, bool b049, bool b057) {
     suite->answers().options = {{"B018", b018}, {"B049", b049}, {"B057", b057}};
     connection->answer(kChangeModelsQuery, {{"A", FieldType::kInteger}}, {{change_models ? 1 : 0}});
+    editor->Form_Load();  // the answer of the start once more
     editor->Form_Load();
     forget();
   }

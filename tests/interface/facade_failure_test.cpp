@@ -65,7 +65,7 @@ struct ShowSweep : FacadeSweep {
 };
 
 TEST(FacadeFailures, OfShowing) {
-  expect_failures_survived<ShowSweep>([](const ShowSweep& host, const FailedAction& failed) {
+  expect_failures_survived<ShowSweep>([](ShowSweep& host, const FailedAction& failed) {
     EXPECT_FALSE(host.facade.WasOKClick());
     EXPECT_EQ(host.lines(), std::vector<std::string>{"Anzahl >= 5"});
     EXPECT_EQ(host.held, (Results{"old text", "old formula"}));
@@ -97,7 +97,7 @@ struct ConfirmSweep : FacadeSweep {
 
 TEST(FacadeFailures, OfConfirming) {
   int in_dialog = 0;
-  expect_failures_survived<ConfirmSweep>([&](const ConfirmSweep& host, const FailedAction& failed) {
+  expect_failures_survived<ConfirmSweep>([&](ConfirmSweep& host, const FailedAction& failed) {
     EXPECT_EQ(host.lines(), std::vector<std::string>{"Anzahl >= 5"});
     if (!failed.reached_the_caller) {
       EXPECT_EQ(host.held, (Results{" LAGER WHERE (LAGER.ANZAHL >= 5)", "Anzahl >= 5"}));
@@ -132,15 +132,14 @@ struct ShowSubsetSweep : FacadeSweep {
 TEST(FacadeFailures, OfShowingASubset) {
   const std::vector<ListEntry> all = {
       {"Holzart = 'FI'", 5}, {"=== ODER ===", -2}, {"Datum > '03.04.2021'", 6}};
-  expect_failures_survived<ShowSubsetSweep>(
-      [&](const ShowSubsetSweep& host, const FailedAction& failed) {
-        EXPECT_EQ(host.ok, failed.reached_the_caller) << "there is an answer or none";
-        EXPECT_EQ(host.held, (Results{"old text", "old formula"}));
-        EXPECT_FALSE(host.facade.WasOKClick());
-        const auto& lines = host.editor->ListCriteria.entries();
-        ASSERT_LE(lines.size(), all.size());
-        EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
-      });
+  expect_failures_survived<ShowSubsetSweep>([&](ShowSubsetSweep& host, const FailedAction& failed) {
+    EXPECT_EQ(host.ok, failed.reached_the_caller) << "there is an answer or none";
+    EXPECT_EQ(host.held, (Results{"old text", "old formula"}));
+    EXPECT_FALSE(host.facade.WasOKClick());
+    const auto& lines = host.editor->ListCriteria.entries();
+    ASSERT_LE(lines.size(), all.size());
+    EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
+  });
 }
 
 // --- Working without the dialog
@@ -181,7 +180,7 @@ struct CommitSweep : FacadeSweep {
 };
 
 TEST(FacadeFailures, OfCommitting) {
-  expect_failures_survived<CommitSweep>([](const CommitSweep& host, const FailedAction& failed) {
+  expect_failures_survived<CommitSweep>([](CommitSweep& host, const FailedAction& failed) {
     EXPECT_TRUE(failed.reached_the_caller);
     EXPECT_EQ(host.passed, (Results{"a", "b"}));
     EXPECT_EQ(module_state().strSelektion_Fr_Wh, "a");

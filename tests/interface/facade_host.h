@@ -12,10 +12,9 @@ namespace kestrova::test {
 
 struct FacadeHost : RunHost {
   explicit FacadeHost(FakeLocale::Language language = FakeLocale::Language::kGerman) {
-    install_host({suite, user, std::make_shared<FakeLocale>(language), [this] {
-                    ++forms_made;
-                    return editor;
-                  }});
+    install_host({suite, user, std::make_shared<FakeLocale>(language), nullptr});
+    selection_editor();
+    editor = std::dynamic_pointer_cast<F_Selection>(module_state().theSelectionForm);
     suite->answers().texts[3441] = "ODER";
     for (const OfferedField& field : sonst_fields()) {
       know_lookups(field.row);

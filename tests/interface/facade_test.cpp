@@ -71,7 +71,7 @@ TEST(SelectionInit, StartsAnotherSelectionOverTheSameEditor) {
   host.context.strNatWahrung = "EUR";
   host.held = {"new text", "new formula"};
   host.facade.c_Selection_Init(host.context, "VERLOHN", "R8", host.held.text, host.held.formula);
-  EXPECT_EQ(host.forms_made, 1);
+  EXPECT_EQ(module_state().theSelectionForm, host.editor);
   EXPECT_EQ(host.editor->relation(), "VERLOHN");
   EXPECT_EQ(host.editor->cboField.count(), 3);
   EXPECT_THAT(host.lines(), IsEmpty());
@@ -86,7 +86,7 @@ TEST(SelectionInit, IsSharedByAllObjectsOfTheClass) {
   host.init("SONST");
   SelectionFacade other;
   EXPECT_EQ(other.c_Selection_Init_Parameter(), "SONST");
-  EXPECT_EQ(host.forms_made, 1);
+  EXPECT_EQ(module_state().theSelectionForm, host.editor);
 }
 
 TEST(SelectionInit, LeavesTheAnswerOfTheLastSelection) {
@@ -517,6 +517,23 @@ TEST(FillList, KnowsTheOrLineByExactEquality) {
   EXPECT_EQ(filled(host, "=== ODER ===;", "VERLOHN"), (Lines{kOr}));
 }
 
+TEST(FillList, KnowsTheOrLineByThePassedContext) {
+  FacadeHost host;
+  host.init("VERLOHN");
+  host.context.strOderLine = "=== OU ===";
+  EXPECT_EQ(filled(host, "=== OU ===;5 = 'FI';", "VERLOHN"),
+            (Lines{{"=== OU ===", -2}, {"Holzart = 'FI'", 5}}));
+  EXPECT_THROW(filled(host, "=== ODER ===;", "VERLOHN"), InvalidArgument);
+}
+
+// Lookups of fields go by the context of the call, as all of the engine's do, so that they work
+// before a selection is started.
+TEST(FillList, LooksFieldsUpOnThePassedConnection) {
+  FacadeHost host;
+  EXPECT_EQ(filled(host, "11 = 1;=== ODER ===;", "SONST"), (Lines{{"Anzahl = 1", 11}, kOr}));
+  EXPECT_EQ(module_state().dbado, nullptr);
+}
+
 TEST(FillList, FailsForAFieldThatIsNoNumber) {
   FacadeHost host;
   host.init("VERLOHN");
@@ -556,7 +573,7 @@ TEST(BeforeTheStart, EveryMethodWorksWithEmptyState) {
   EXPECT_EQ(host.held, (Results{"", ""}));
   EXPECT_TRUE(host.facade.WasOKClick());
   EXPECT_THAT(host.connection->statements(), IsEmpty());
-  EXPECT_EQ(host.forms_made, 1);
+  EXPECT_EQ(module_state().theSelectionForm, host.editor);
 }
 
 TEST(BeforeTheStart, TheDialogNeedsAConnection) {
@@ -605,24 +622,43 @@ TEST(BeforeTheStart, WhatWasCalledDoesNoHarm) {
   EXPECT_EQ(host.held, (Results{" LAGER WHERE (LAGER.ANZAHL = 1)", "Anzahl = 1"}));
 }
 
-TEST(WithoutAHost, EveryMethodThatNeedsTheEditorSaysSo) {
+TEST(BeforeTheStart, TheFirstMethodMakesTheEditorThatAllOthersUse) {
+  FacadeHost host;
+  module_state().theSelectionForm = nullptr;
+  host.facade.WasOKClick();
+  host.facade.c_Selection_Init_Parameter();
+  const std::shared_ptr<SelectionForm> made = module_state().theSelectionForm;
+  ASSERT_NE(made, nullptr);
+  EXPECT_NE(made, host.editor);
+  host.facade.GetWriteString(host.context);
+  filled(host, "", "SONST");
+  host.init();
+  EXPECT_EQ(module_state().theSelectionForm, made);
+  EXPECT_EQ(host.facade.c_Selection_Init_Parameter(), "SONST");
+}
+
+// --- Without an installed host
+
+TEST(WithoutAHost, WhatNeedsAServiceSaysSo) {
   install_host({});
   const KesVar context;
-  std::string text = "a";
-  std::string formula = "b";
+  Results passed{"a", "b"};
   bool ok = true;
   SelectionFacade facade;
-  EXPECT_THROW(facade.c_Selection_Init(context, "SONST", "", text, formula), ObjectNotSet);
-  EXPECT_THROW(facade.c_Selection_Init_Parameter(), ObjectNotSet);
-  EXPECT_THROW(facade.c_form_Selection(context, text, formula, false), ObjectNotSet);
-  EXPECT_THROW(facade.c_form_SelectionNML(context, text, formula, "", ok, false), ObjectNotSet);
-  EXPECT_THROW(facade.c_Selection_Model_DblClick("Alt"), ObjectNotSet);
-  EXPECT_THROW(facade.OK_Click(text, formula), ObjectNotSet);
-  EXPECT_THROW(facade.GetWriteString(context), ObjectNotSet);
+  EXPECT_THROW(facade.c_Selection_Init(context, "SONST", "", passed.text, passed.formula),
+               ObjectNotSet);
+  EXPECT_THROW(facade.c_form_Selection(context, passed.text, passed.formula, false), ObjectNotSet);
+  EXPECT_THROW(facade.c_form_SelectionNML(context, passed.text, passed.formula, "", ok, false),
+               ObjectNotSet);
+  EXPECT_THROW(facade.OK_Click(passed.text, passed.formula), ObjectNotSet);
   EXPECT_THROW(facade.FillListCriteria(context, "", "SONST"), ObjectNotSet);
-  EXPECT_EQ(text, "a");
-  EXPECT_EQ(formula, "b");
+  EXPECT_THROW(facade.c_Selection_Model_DblClick("Alt"), Error);
+  EXPECT_EQ(facade.c_Selection_Init_Parameter(), "");
+  EXPECT_EQ(facade.GetWriteString(context), "");
+  EXPECT_FALSE(facade.WasOKClick());
+  EXPECT_EQ(passed, (Results{"a", "b"}));
   EXPECT_TRUE(ok);
+  install_host({});
 }
 
 }  // namespace
