@@ -25,6 +25,12 @@ using Texts = std::vector<std::string>;
 
 constexpr const char* kRelation = "WAREN";
 
+// One database for all tests; each one's changes are taken back.
+const std::shared_ptr<Connection>& models_forest() {
+  static const std::shared_ptr<Connection> shared = make_forest(100);
+  return shared;
+}
+
 // The stock articles have five models: three plain ones (class 1), one locked (class 3), and one
 // that only the south sees (class 2).
 class ForestEditor : public ::testing::Test {
@@ -32,8 +38,12 @@ class ForestEditor : public ::testing::Test {
   ForestEditor() {
     const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
     install_host({make_standalone_suite(database_, locale), user_, locale, &make_selection_form});
+    db().execute("BEGIN TRANSACTION");
   }
-  ~ForestEditor() override { install_host({}); }
+  ~ForestEditor() override {
+    install_host({});
+    db().execute("ROLLBACK TRANSACTION");
+  }
 
   Connection& db() { return *database_; }
   static F_Selection& editor() { return selection_editor(); }
@@ -112,7 +122,7 @@ class ForestEditor : public ::testing::Test {
                 "ID_ACCESS_LEVELS FROM MODELS ORDER BY ID");
   }
 
-  const std::shared_ptr<Connection> database_ = make_forest(100);
+  const std::shared_ptr<Connection> database_ = models_forest();
   const std::shared_ptr<ScriptedUserInterface> user_ = std::make_shared<ScriptedUserInterface>();
   KesVar context_;
   std::string text_;
@@ -286,7 +296,7 @@ TEST_F(ForestEditor, SavesFortyCharactersOfAName) {
   }
   as_north();
   save_as(typed);
-  EXPECT_EQ(rows(db(), "SELECT NAME, LEN(NAME) FROM MODELS WHERE ID_USER = 2 AND NAME LIKE N'ü%'"),
+  EXPECT_EQ(rows(db(), "SELECT NAME, LEN(NAME) FROM MODELS WHERE ID_USER = 2 AND NAME LIKE N'üü%'"),
             (Table{{name, "40"}}));
   EXPECT_EQ(editor().Model.text(), name);
 }
