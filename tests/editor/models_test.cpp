@@ -120,7 +120,7 @@ struct ModelsHost : RunHost {
     editor->btnSaveModelleAs_Click();
   }
 
-  const Texts state_of(int model) const {
+  Texts state_of(int model) const {
     return {"pointer hourglass", opened(model_state_query("VERLOHN", model)), "pointer default"};
   }
 };
@@ -434,6 +434,20 @@ TEST(Save, RefusesAListThatEndsWithTheOrLine) {
 
 TEST(Save, RefusesAListOfTheOrLineByItsBeginning) {
   expect_refused({{"=== ODER ===", -2}}, "T194");
+}
+
+// It would be stored without its identifier.
+TEST(Save, RefusesALineWhoseFieldIsNotOffered) {
+  for (const auto action :
+       {&F_Selection::btnSaveModelle_Click, &F_Selection::btnSaveModelleAs_Click}) {
+    ModelsHost host;
+    host.fill_lines({{"Menge = 1", 6}, {"Unbekannt = 1", 9}});
+    if (action == &F_Selection::btnSaveModelleAs_Click) host.expect_name("Drei");
+    EXPECT_THROW((host.editor.get()->*action)(), InvalidArgument);
+    EXPECT_THAT(host.connection->statements(), IsEmpty());
+    EXPECT_EQ(host.models(), kTwoModels);
+    EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+  }
 }
 
 // --- Delete

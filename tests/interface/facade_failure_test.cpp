@@ -2,8 +2,6 @@
 // lists and the flag are then what the rules say, and the same call works.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "tests/editor/failing_calls.h"
 #include "tests/interface/facade_host.h"
 
@@ -11,6 +9,9 @@ namespace kestrova::test {
 namespace {
 
 using Results = RunHost::Results;
+
+// An OR line keeps the pickers out of it.
+const std::vector<ListEntry> kLinesBefore = {{"=== ODER ===", -2}};
 
 struct FacadeSweep : FacadeHost {
   static constexpr std::size_t kHeldRowSets = 1;  // the field catalogue
@@ -120,6 +121,7 @@ struct ShowSubsetSweep : FacadeSweep {
   ShowSubsetSweep() {
     init("NML");
     module_state().blnOK = "Wahr";
+    fill_lines(kLinesBefore);
   }
   void act() {
     ok = true;
@@ -136,34 +138,41 @@ TEST(FacadeFailures, OfShowingASubset) {
     EXPECT_EQ(host.ok, failed.reached_the_caller) << "there is an answer or none";
     EXPECT_EQ(host.held, (Results{"old text", "old formula"}));
     EXPECT_FALSE(host.facade.WasOKClick());
-    const auto& lines = host.editor->ListCriteria.entries();
-    ASSERT_LE(lines.size(), all.size());
-    EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
+    const std::vector<ListEntry>& lines = host.editor->ListCriteria.entries();
+    EXPECT_TRUE(lines == kLinesBefore || lines == all) << lines.size() << " lines";
+    if (!failed.reached_the_caller) {
+      EXPECT_EQ(lines, all);
+    }
   });
 }
 
 // --- Working without the dialog
 
 struct LoadSweep : FacadeSweep {
-  LoadSweep() { init(); }
+  LoadSweep() {
+    init();
+    fill_lines(kLinesBefore);
+  }
   void act() { facade.c_Selection_Model_DblClick("Neu"); }
 };
 
+// A filter is shown whole or not at all.
 TEST(FacadeFailures, OfLoadingAModel) {
   const std::vector<ListEntry> all = {
       {"Holzart = 'FI'", 10}, {"=== ODER ===", -2}, {"Anzahl >= 5", 11}};
+  int before_it_was_read = 0;
   expect_failures_survived<LoadSweep>([&](const LoadSweep& host, const FailedAction& failed) {
     EXPECT_EQ(host.editor->Model.index(), 1) << "it is selected before it is loaded";
-    const bool is_read = failed.statement != model_state_query("SONST", 4) &&
-                         failed.statement != "SELECT MODEL FROM MODELS WHERE ID = 4";
-    EXPECT_EQ(host.editor->caption(), is_read ? "Selektion: Neu" : "Selektion: Alt");
-    const auto& lines = host.editor->ListCriteria.entries();
-    ASSERT_LE(lines.size(), all.size());
-    EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
-    if (!failed.reached_the_caller) {
-      EXPECT_EQ(lines, all);
+    if (host.editor->caption() == "Selektion: Neu") {
+      EXPECT_EQ(host.editor->ListCriteria.entries(), all);
+      return;
     }
+    EXPECT_TRUE(failed.reached_the_caller);
+    EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+    EXPECT_EQ(host.editor->ListCriteria.entries(), kLinesBefore);
+    ++before_it_was_read;
   });
+  EXPECT_GT(before_it_was_read, 20);
 }
 
 struct CommitSweep : FacadeSweep {
@@ -209,26 +218,20 @@ TEST(FacadeFailures, OfWriting) {
 }
 
 struct FillSweep : FacadeSweep {
-  FillSweep() { init(); }
+  FillSweep() {
+    init();
+    fill_lines(kLinesBefore);
+  }
   void act() {
     facade.FillListCriteria(context, "10 = 'FI';=== ODER ===;13 > 3/4/2021;11 IN (1,2)", "SONST");
   }
 };
 
 TEST(FacadeFailures, OfFilling) {
-  const std::vector<ListEntry> all = {{"Holzart = 'FI'", 10},
-                                      {"=== ODER ===", -2},
-                                      {"Datum > '03.04.2021'", 13},
-                                      {"Anzahl IN (1,2) ", 11}};
-  std::size_t most = 0;
   expect_failures_survived<FillSweep>([&](const FillSweep& host, const FailedAction& failed) {
     EXPECT_TRUE(failed.reached_the_caller);
-    const auto& lines = host.editor->ListCriteria.entries();
-    ASSERT_LT(lines.size(), all.size());
-    EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
-    most = std::max(most, lines.size());
+    EXPECT_EQ(host.editor->ListCriteria.entries(), kLinesBefore);
   });
-  EXPECT_EQ(most, all.size() - 1);
 }
 
 TEST(FacadeFailures, CannotHappenWhereNothingIsAsked) {
