@@ -164,8 +164,9 @@ std::vector<std::string> names_for(ArgumentNames names, const SelectionDialog& d
 
 Completion completion(std::string_view typed, const std::vector<std::string>& names) {
   Completion result{.typed = typed};
+  const std::string upper = text::upper(typed);
   for (const std::string& name : names) {
-    if (text::starts_with_ignoring_case(name, typed)) result.candidates.push_back(name);
+    if (text::starts_with_ignoring_case(name, upper)) result.candidates.push_back(name);
   }
   return result;
 }
@@ -589,7 +590,7 @@ void EditorCommands::help(const std::string& argument) {
   for (const EditorCommand& command : table()) print_help(command, width);
   out_ << "A text may stand between double quotes, where \"\" stands for one. Lines that begin "
           "with # are\ncomments. What the editor asks, the next line answers. The list begins with "
-          "the standard\nmodel, if there is one: 'new' empties it.\n";
+          "the standard\nmodel, or else the first one: 'new' empties it.\n";
 }
 
 }  // namespace kestrova::tool

@@ -41,8 +41,9 @@ class LineEditor : public LineSource {
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_SIGNAL, 1);
     el_set(editor_, EL_HIST, history, history_);
-    el_set(editor_, EL_ADDFN, "complete", "Complete the word", &LineEditor::complete_line);
-    el_set(editor_, EL_BIND, "^I", "complete", nullptr);
+    // The library keeps both texts: the narrow form of the call would copy and never free them.
+    el_wset(editor_, EL_ADDFN, L"complete-name", L"Complete a name", &LineEditor::complete_line);
+    el_set(editor_, EL_BIND, "^I", "complete-name", nullptr);
   }
   ~LineEditor() override { release(); }
 

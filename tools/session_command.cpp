@@ -118,7 +118,10 @@ class SessionLoop {
   void run_lines(const std::string& prompt, const Condition& goes_on) {
     while (goes_on()) {
       const std::optional<std::string> line = lines_.read(prompt);
-      if (!line) return;
+      if (!line) {
+        if (lines_.is_interactive()) out_ << '\n';
+        return;
+      }
       try {
         commands_.execute(*line);
       } catch (...) {
