@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
@@ -11,10 +12,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tools/line_editor.h"
+
 namespace kestrova::tool {
 namespace {
 
-constexpr int kPatience = 20'000;  // milliseconds without a byte
+constexpr int kPatience = 10'000;  // milliseconds without a byte
 
 }  // namespace
 
@@ -43,7 +46,18 @@ PseudoTerminal::~PseudoTerminal() {
   waitpid(pid_, nullptr, 0);
 }
 
+// Keys that come before the line editor has taken over would be shown by the terminal as well.
+void PseudoTerminal::wait_for_line_editor() const {
+  termios mode{};
+  for (int waited = 0; waited < kPatience; ++waited) {
+    if (tcgetattr(terminal_, &mode) == 0 && (mode.c_lflag & ICANON) == 0) return;
+    poll(nullptr, 0, 1);
+  }
+  throw std::runtime_error("The program edits no lines.");
+}
+
 void PseudoTerminal::type(const std::string& keys) const {
+  if (has_line_editor()) wait_for_line_editor();
   if (write(terminal_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
     throw std::runtime_error("Nothing can be typed.");
   }

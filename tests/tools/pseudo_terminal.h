@@ -19,7 +19,8 @@ class PseudoTerminal {
 
   void type(const std::string& keys) const;
 
-  // What is written up to and with the text; all that came within 20 seconds when it does not come.
+  // What is written up to and with the text; all that came within ten seconds when it does not
+  // come.
   std::string read_until(const std::string& text);
 
   // What is written until the program ends, and its exit code then.
@@ -27,6 +28,7 @@ class PseudoTerminal {
   int exit_code();
 
  private:
+  void wait_for_line_editor() const;
   bool read_more();
 
   int terminal_ = -1;

@@ -333,11 +333,14 @@ TEST_F(SessionProgram, AsksBeforeAModelIsReplaced) {
 
 TEST_F(SessionProgram, TakesNoCommandForAnAnswer) {
   const std::string before = model("Ohne Abfuhr");
-  EXPECT_EQ(refusal({"1VM"}, "new\nsave as Ohne Abfuhr\nok\n", 2),
-            "line 3: 'ok' does not answer the question: 'yes' or 'no' does");
+  const std::string question =
+      "Das Modell 'Ohne Abfuhr' existiert bereits. Soll es überschrieben werden? (yes/no) ";
+  const ProgramResult answered = session({"1VM"}, "new\nsave as Ohne Abfuhr\nok\n");
+  EXPECT_EQ(answered.exit_code, 2);
+  EXPECT_EQ(answered.out, question + "ok\n");
+  EXPECT_EQ(error_line(answered), "line 3: 'ok' does not answer the question: 'yes' or 'no' does");
   EXPECT_EQ(refusal({"1VM"}, "new\nsave as Ohne Abfuhr\n", 2),
-            "line 2: the input ends before the answer to \"Das Modell 'Ohne Abfuhr' existiert "
-            "bereits. Soll es überschrieben werden? (yes/no) \"");
+            "line 2: the input ends before the answer to \"" + question + "\"");
   EXPECT_EQ(model("Ohne Abfuhr"), before);
 }
 
@@ -353,7 +356,7 @@ TEST_F(SessionProgram, AsksForTheNameOfAModel) {
 
 TEST_F(SessionProgram, KeepsADatabaseErrorOfAModel) {
   EXPECT_EQ(refusal({"1VM"}, "save as O'Brien\n"),
-            "line 1: Incorrect syntax near 'Brien' at position 167.");
+            "line 1: Incorrect syntax near '1VM' at position 152.");
 }
 
 // --- How a session ends --------------------------------------------------------------------------
@@ -495,11 +498,12 @@ INSTANTIATE_TEST_SUITE_P(
         BadScript{"OrLineFirstInAModel", "new\nor\nsave as X", 1,
                   "line 3: Die erste Zeile der Selektion darf keine ODER-Zeile sein."},
         BadScript{"UnknownFieldInCriteria", "fill 999 = 1;", 1,
-                  "line 1: The row set is at its end: there is no current row."},
+                  "line 1: The table key 'LOG' has no field 0: the field is not offered."},
         BadScript{"CriteriaThatAreNotWhole", "fill 711 = 1", 1,
                   "line 1: criterion 1 (711 = 1): the \";\" at its end is missing"},
-        BadScript{"OpenApostrophe", "fill 703 = 'FI;", 1,
-                  "line 1: criterion 1 (703 = 'FI): the closing quote is missing"},
+        BadScript{
+            "OpenApostrophe", "fill 703 = 'FI;", 1,
+            "line 1: criterion 1 (703 = 'FI): its quote is not closed; a value cannot hold \";\""},
         BadScript{"ResultsBeforeOk", "sql", 1,
                   "line 1: nothing has been confirmed yet: 'ok' confirms"},
         BadScript{"CountBeforeOk", "count", 1,

@@ -29,6 +29,9 @@ class SessionTerminal : public Program {
               "1VM> ");
   }
 
+  // The terminal itself shows nothing for it.
+  static std::string echo_of_end() { return has_line_editor() ? "^D" : ""; }
+
   PseudoTerminal terminal_{arguments()};
 };
 
@@ -71,14 +74,14 @@ TEST_F(SessionTerminal, StaysForTheResultsOfWhatWasConfirmed) {
   EXPECT_TRUE(results.starts_with("ok\r\nConfirmed.\r\nFROM/WHERE\r\n")) << results;
   EXPECT_EQ(after("count\n", "\n1VM (confirmed)> "), "count\r\n0 rows\r\n1VM (confirmed)> ");
   terminal_.type(kEndOfInput);
-  EXPECT_EQ(terminal_.read_to_end(), "\r\n");
+  EXPECT_EQ(terminal_.read_to_end(), echo_of_end() + "\r\n");
   EXPECT_EQ(terminal_.exit_code(), 0);
 }
 
 TEST_F(SessionTerminal, EndsWithTheInput) {
   start();
   terminal_.type(kEndOfInput);
-  EXPECT_EQ(terminal_.read_to_end(), "\r\nNot confirmed.\r\n");
+  EXPECT_EQ(terminal_.read_to_end(), echo_of_end() + "\r\nNot confirmed.\r\n");
   EXPECT_EQ(terminal_.exit_code(), 4);
 }
 
@@ -94,11 +97,17 @@ TEST_F(SessionTerminal, AsksUntilItIsAnswered) {
 TEST_F(SessionTerminal, CompletesNames) {
   if (!has_line_editor()) GTEST_SKIP() << "built without a terminal library";
   start();
-  EXPECT_EQ(after("ne\t", "new"), "ne\r1VM> new");
-  terminal_.type("\x15");
-  EXPECT_EQ(after("\x15"
-                  "form\t\n"),
-            " \r1VM>      \rform\r1VM> formula \r\nx");
+  EXPECT_EQ(after("form\t", "formula "), "form\r1VM> formula ");
+  EXPECT_EQ(after("\n"), "\r\nHolzart = 'FI'\r\n1VM> ");
+  EXPECT_EQ(after("field lä\t", "(m) "), "field lä\r1VM> field Länge (m) ");
+  EXPECT_EQ(after("\n"), "\r\nLänge (m) = \r\n1VM> ");
+}
+
+TEST_F(SessionTerminal, ShowsWhatANameMayBe) {
+  if (!has_line_editor()) GTEST_SKIP() << "built without a terminal library";
+  start();
+  EXPECT_EQ(after("ne\t", "\n1VM> ne"), "ne\r\n  new\r\n  next\r\n\r\r\n1VM> ne");
+  EXPECT_EQ(after("w\n"), "w\r\nThe list is empty.\r\n1VM> ");
 }
 
 TEST_F(SessionTerminal, RemembersLines) {
@@ -106,7 +115,9 @@ TEST_F(SessionTerminal, RemembersLines) {
   start();
   after("criteria\n");
   after("formula\n");
-  EXPECT_EQ(after(std::string(kUp) + kUp + "\n"), "x");
+  EXPECT_EQ(after(kUp, "\r1VM> formula"), "\r1VM> formula");
+  EXPECT_EQ(after(kUp, "\r1VM> criteria"), "\r1VM> criteria");
+  EXPECT_EQ(after("\n"), "\r\n703 = 'FI';711 >= 40;\r\n1VM> ");
 }
 
 }  // namespace
