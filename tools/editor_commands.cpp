@@ -210,7 +210,7 @@ std::span<const EditorCommand> EditorCommands::table() {
       EditorCommand{"delete-model", "", "delete the chosen model; nobody asks", kEditorOpen, Names::kNothing, &Self::delete_model},
       EditorCommand{"standard", "on|off", "make the chosen model the standard of its class", kEditorOpen, Names::kSwitch, &Self::standard},
       EditorCommand{"lock", "on|off", "lock the chosen model; costs it the standard mark", kEditorOpen, Names::kSwitch, &Self::lock},
-      EditorCommand{"level", "on|off", "bind the chosen model to the user's access level; the same", kEditorOpen, Names::kSwitch, &Self::level},
+      EditorCommand{"level", "on|off", "bind it to the user's access level; costs it the mark too", kEditorOpen, Names::kSwitch, &Self::level},
       EditorCommand{"criteria", "", "show the list as a criteria string", kAlways, Names::kNothing, &Self::criteria},
       EditorCommand{"ok", "", "confirm the list, show the results and close the editor", kEditorOpen, Names::kNothing, &Self::ok},
       EditorCommand{"sql", "", "show the results of the last 'ok' again", kAlways, Names::kNothing, &Self::sql},
