@@ -189,6 +189,7 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   void AddOrLine();
   void insert_line(std::string_view text, int index, std::int32_t item_data);
   void select_new_line(int index);
+  void move_selected_line(int target);
   void load_line(const std::string& line);
 
   // Pickers
