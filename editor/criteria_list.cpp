@@ -204,7 +204,9 @@ void F_Selection::cmdDown_Click() {
 }
 
 // To the place of its neighbour, which takes its place: no other line moves, however long the list.
+// A full list stays as it is, because a move counts as inserting the line before it is removed.
 void F_Selection::move_selected_line(int target) {
+  if (ListCriteria.count() >= kMostLines) return;
   const auto put = [this](const ListEntry& line, int index) {
     ListCriteria.set_entry_text(index, line.text);
     ListCriteria.set_item_data(index, line.item_data);
