@@ -147,7 +147,7 @@ void F_Selection::btnOr_Click() {
 
 void F_Selection::AddOrLine() {
   const int index = ListCriteria.index() + 1;
-  insert_line(context_.strOderLine, index, kOrLineData);
+  insert_line(module_state().strOderLine, index, kOrLineData);
   select_new_line(index);
 }
 

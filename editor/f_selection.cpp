@@ -8,6 +8,14 @@ namespace kestrova {
 
 std::shared_ptr<SelectionForm> make_selection_form() { return std::make_shared<F_Selection>(); }
 
+F_Selection& selection_editor() {
+  std::shared_ptr<SelectionForm>& form = module_state().theSelectionForm;
+  if (!form) form = make_selection_form();
+  auto* const editor = dynamic_cast<F_Selection*>(form.get());
+  if (editor == nullptr) throw ObjectNotSet("The selection form of the host is no editor.");
+  return *editor;
+}
+
 F_Selection::F_Selection() { connect_handlers(); }
 
 void F_Selection::connect_handlers() {
@@ -34,16 +42,38 @@ void F_Selection::connect_handlers() {
            ButtonHandler{cmdDown, &F_Selection::cmdDown_Click},
            ButtonHandler{btnOk, &F_Selection::btnOk_Click},
            ButtonHandler{btnCancel, &F_Selection::btnCancel_Click},
+           ButtonHandler{btnSaveModelle, &F_Selection::btnSaveModelle_Click},
+           ButtonHandler{btnSaveModelleAs, &F_Selection::btnSaveModelleAs_Click},
+           ButtonHandler{btnDeleteModelle, &F_Selection::btnDeleteModelle_Click},
        }) {
     row.button.on_click = run(row.handler);
   }
   ListCriteria.on_click = run(&F_Selection::ListCriteria_Click);
   ListCriteria.on_double_click = run(&F_Selection::ListCriteria_DblClick);
+  ListCriteria.on_mouse_move = [this](int button) { ListCriteria_MouseMove(button); };
+  ListCriteria.on_drag_drop = [this](const Control& source, double x, double y) {
+    ListCriteria_DragDrop(source, x, y);
+  };
   cboField.on_click = run(&F_Selection::cboField_Click);
   cboOperator.on_click = run(&F_Selection::cboOperator_Click);
   cboValue.on_click = run(&F_Selection::cboValue_Click);
+  cboValue.on_key_press = [this](int& key) { cboValue_KeyPress(key); };
+  cboValue.on_validate = [this](bool& cancel) { cboValue_Validate(cancel); };
   Model.on_click = run(&F_Selection::Model_Click);
   Model.on_double_click = run(&F_Selection::Model_DblClick);
+  chkStandard.on_click = run(&F_Selection::chkStandard_Click);
+  Check1.on_click = run(&F_Selection::Check1_Click);
+  chkAL.on_click = run(&F_Selection::chkAL_Click);
+}
+
+Connection& F_Selection::connection() const {
+  const std::shared_ptr<Connection>& connection = module_state().dbado;
+  if (!connection) throw ObjectNotSet("No selection has been started on a database connection.");
+  return *connection;
+}
+
+bool F_Selection::is_or_line(std::string_view line) const {
+  return line == module_state().strOderLine;
 }
 
 const std::string& F_Selection::lookup_relation() const {
@@ -51,8 +81,10 @@ const std::string& F_Selection::lookup_relation() const {
   return strRelation == "2VABR" ? strParameter : strRelation;
 }
 
-void F_Selection::SetControlFocus(const Control& control) {
-  if (control.reachable()) focused_ = &control;
+void F_Selection::SetControlFocus(Control& control) {
+  if (!control.reachable()) return;
+  focused_ = &control;
+  control.take_focus();
 }
 
 void F_Selection::close_requested() {

@@ -17,10 +17,10 @@
 #include <string_view>
 
 #include "interface/selection_form.h"
-#include "platform/controls.h"
 #include "platform/kes_var.h"
+#include "platform/selection_dialog.h"
 #include "platform/suite.h"
-#include "platform/user_interface.h"
+#include "relations/relation_codes.h"
 
 namespace kestrova {
 
@@ -34,38 +34,18 @@ struct ContractSelection {
 // number the code carries behind its first five characters.
 std::optional<ContractSelection> contract_selection(std::string_view relation);
 
-// What the host installs as Host::make_selection_form.
+// What the host installs as Host::make_selection_form, for lookups that come before any editor.
 std::shared_ptr<SelectionForm> make_selection_form();
 
-class F_Selection final : public SelectionForm, public ModalDialog {
+class F_Selection;
+
+// The one editor of the library, made on first use. Raises ObjectNotSet when the host has installed
+// a form of its own that is no editor.
+F_Selection& selection_editor();
+
+class F_Selection final : public SelectionForm, public SelectionDialog {
  public:
   F_Selection();
-
-  // --- Controls, under their own names
-  // --------------------------------------------------------------
-
-  // The criteria: display name, operator and value as text, the field's identifier as item data. An
-  // OR line has the text of the OR line and item data -2.
-  ListBox ListCriteria{"ListCriteria"};
-  TextBox Formula{"Formula"};
-  ComboBox cboField{"cboField", ComboBox::Style::kDropDownList};
-  ComboBox cboOperator{"cboOperator", ComboBox::Style::kDropDownList};
-  ComboBox cboValue{"cboValue", ComboBox::Style::kFreeText};
-  // The models of the relation: name, and MODELS.ID as item data.
-  ComboBox Model{"Model", ComboBox::Style::kDropDownList};
-  TextBox txtStandard{"txtStandard"};
-  CheckBox chkStandard{"chkStandard"};
-  CheckBox Check1{"Check1"};  // locked
-  CheckBox chkAL{"chkAL"};    // bound to the user's access level
-  Frame Frame1{"Frame1"};
-  Frame Frame4{"Frame4"};
-  Button btnNew{"btnNew"}, btnInsert{"btnInsert"}, btnReplace{"btnReplace"}, btnDelete{"btnDelete"},
-      btnOr{"btnOr"}, btnPlus{"btnPlus"}, btnMinus{"btnMinus"};
-  Button btnFirst{"btnFirst"}, btnPrev{"btnPrev"}, btnNext{"btnNext"}, btnLast{"btnLast"},
-      cmdUp{"cmdUp"}, cmdDown{"cmdDown"};
-  Button btnOk{"btnOk"}, btnCancel{"btnCancel"};
-  Button btnSaveModelle{"btnSaveModelle"}, btnSaveModelleAs{"btnSaveModelleAs"},
-      btnDeleteModelle{"btnDeleteModelle"};
 
   // --- Start-up
   // ---------------------------------------------------------------------------------------
@@ -123,7 +103,7 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   // The value box loses the focus; Cancel is never set.
   void cboValue_Validate(bool& Cancel);
   // Gives the focus to a control that is visible and enabled.
-  void SetControlFocus(const Control& control);
+  void SetControlFocus(Control& control);
   // The key code if the key may stand in a number with the text so far, else 0.
   int OnlyNumbers(int KeyAscii, bool AllowDecimal, std::string_view Text) const;
   // The nickname with the variant tag in place of its leading "R", for the fields that every
@@ -143,10 +123,34 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   // --- Models
   // ----------------------------------------------------------------------------------------------
 
-  // Loads the selected model into the list.
+  // Loads the selected model into the list. Raises InvalidArgument when none is selected.
   void Model_DblClick();
   // Shows the properties of the selected model and enables the controls.
   void Model_Click();
+
+  // Save the list as a model: into the selected one, or, with none selected and for "save as",
+  // under a name that the user gives. A list that begins or ends with an OR line is refused with a
+  // message.
+  void btnSaveModelle_Click();
+  void btnSaveModelleAs_Click();
+  // Deletes the selected model, without asking.
+  void btnDeleteModelle_Click();
+  // Make the selected model the standard of its class, lock it, or bind it to the user's access
+  // level; unchecked, take that back. Locking and binding cost the model its standard mark. They do
+  // nothing while the pointer is not the default: then the boxes are being set, not clicked.
+  void chkStandard_Click();
+  void Check1_Click();
+  void chkAL_Click();
+
+  // --- Criteria string
+  // -----------------------------------------------------------------------------------
+
+  // The list as a criteria string, one record per line; "" for an empty list.
+  std::string GetWriteString(const KesVar& context) const;
+  // Fills the list with the lines of a criteria string, read for a relation. A last record without
+  // ";" counts too. Nothing is selected afterwards.
+  void FillListCriteria(const KesVar& context, std::string_view criteria,
+                        std::string_view relation);
 
   // --- What views and hosts read
   // -----------------------------------------------------------------------------
@@ -177,10 +181,11 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   };
 
   void connect_handlers();
-  bool is_or_line(std::string_view line) const { return line == context_.strOderLine; }
+  bool is_or_line(std::string_view line) const;
   // The relation code by which the lookups know the fields.
   const std::string& lookup_relation() const;
-  Connection& connection() const { return connection_of(context_); }
+  // The connection on which the selection was started. Raises ObjectNotSet when there is none.
+  Connection& connection() const;
 
   // Criteria list
   void ShowFormula();
@@ -207,8 +212,8 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   void fill_models();
   void select_start_model();
   std::string GetModelRelation() const;
-  std::string GetStandardModelName() const;
-  std::int32_t standard_model() const;
+  std::string GetStandardModelName();
+  std::int32_t standard_model();
   void load_start_selection(std::string_view subset);
   void show_modally();
 
@@ -222,12 +227,25 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   void LoadSelectionFromString(std::string_view criteria);
   void SaveSelectionToTable(std::string_view table, std::int32_t record);
   void add_or_record();
-  void add_record(std::string_view record, bool from_model);
-  std::string field_name(const std::string& id, bool from_model) const;
-  std::string stored_record(std::string_view line) const;
-  std::string criteria_string() const;
+  // The record as a line of the list, read for a relation. offered_only: its name is that of the
+  // field list, and "GETDATE()" stays; else names of other fields are looked up as well, and a
+  // relative date shows as its bare offset.
+  void add_record(const KesVar& context, const std::string& relation, std::string_view record,
+                  bool offered_only);
+  std::string field_name(const KesVar& context, const std::string& relation, const std::string& id,
+                         bool offered_only) const;
+  std::string stored_record(const KesVar& context, const Relation& relation,
+                            std::string_view line) const;
 
   // Models
+  bool is_model_selected() const { return Model.index() != -1; }
+  std::string selected_model() const;  // its MODELS.ID
+  std::string visible_models() const;  // condition on MODELS
+  void SaveModel(bool overwrite);
+  void insert_model(const std::string& name, const std::string& criteria);
+  void SetStandardModel(bool clear);
+  // What changing a property of the selected model needs afterwards.
+  void show_changed_model();
   void RefreshModelState();
   void enable_controls();
 
@@ -237,6 +255,7 @@ class F_Selection final : public SelectionForm, public ModalDialog {
   std::string strNickName;   // nickname of the chosen field
   std::string strValue;      // "()" is the empty IN list
   std::unique_ptr<Recordset> dbSelektion;
+  std::shared_ptr<ModelSettings> model_settings_;  // made on first use
   Options options_;
   bool loaded_ = false;
   bool blnReadOnly = false;

@@ -9,7 +9,6 @@
 #include "interface/module_state.h"
 #include "platform/text.h"
 #include "relations/date_expressions.h"
-#include "relations/relation_codes.h"
 
 namespace kestrova {
 namespace {
@@ -39,7 +38,7 @@ void F_Selection::Model_DblClick() {
     if (is_or_line(record)) {
       add_or_record();
     } else {
-      add_record(record, true);
+      add_record(context_, lookup_relation(), record, false);
     }
   }
   SetListButtons();
@@ -62,7 +61,7 @@ void F_Selection::LoadSelectionFromString(std::string_view criteria) {
     if (is_or_line(record)) {
       add_or_record();
     } else if (!record.empty()) {
-      add_record(record, false);
+      add_record(context_, lookup_relation(), record, true);
     }
     criteria.remove_prefix(end + 1);
   }
@@ -70,30 +69,45 @@ void F_Selection::LoadSelectionFromString(std::string_view criteria) {
 }
 
 void F_Selection::add_or_record() {
-  insert_line(context_.strOderLine, ListCriteria.count(), kOrLineData);
+  insert_line(module_state().strOderLine, ListCriteria.count(), kOrLineData);
 }
 
-void F_Selection::add_record(std::string_view record, bool from_model) {
-  const Relation relation(lookup_relation());
-  const std::string field = field_part(record);
-  const std::string name = field_name(field, from_model);
-  const std::int16_t id = text::to_int16(field);
-  std::string value = value_part(context_, relation, record, kStored);
-  if (IsDateFieldType(field_type(context_, relation, id)) && !is_null_word(value)) {
-    if (!value.empty()) value = ToDateLiteral(value, context_.strDateOrder);
-    // A relative date shows as its bare offset.
-    if (from_model) value = text::replace_all(value, "GETDATE()", "");
+void F_Selection::FillListCriteria(const KesVar& context, std::string_view criteria,
+                                   std::string_view relation) {
+  const BusyPointer busy(user_interface());
+  ListCriteria.clear();
+  for (const std::string_view record : text::split(criteria, ';')) {
+    if (record.empty()) continue;
+    if (record == context.strOderLine) {
+      insert_line(record, ListCriteria.count(), kOrLineData);
+    } else {
+      add_record(context, std::string(relation), record, false);
+    }
   }
-  const std::string op = operator_part(context_, relation, record, kShown);
+}
+
+void F_Selection::add_record(const KesVar& context, const std::string& relation,
+                             std::string_view record, bool offered_only) {
+  const Relation kind(relation);
+  const std::string field = field_part(record);
+  const std::string name = field_name(context, relation, field, offered_only);
+  const std::int16_t id = text::to_int16(field);
+  std::string value = value_part(context, kind, record, kStored);
+  if (IsDateFieldType(field_type(context, kind, id)) && !is_null_word(value)) {
+    if (!value.empty()) value = ToDateLiteral(value, context.strDateOrder);
+    if (!offered_only) value = text::replace_all(value, "GETDATE()", "");
+  }
+  const std::string op = operator_part(context, kind, record, kShown);
   insert_line(name + " " + op + " " + value, ListCriteria.count(), id);
 }
 
-std::string F_Selection::field_name(const std::string& id, bool from_model) const {
+std::string F_Selection::field_name(const KesVar& context, const std::string& relation,
+                                    const std::string& id, bool offered_only) const {
   const std::int16_t number = text::to_int16(id);
-  if (from_model && !IsCatalogueRelation(lookup_relation())) {
-    const auto row =
-        open_query(connection(), "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + id);
-    return loc_texts().GetText(row->value(std::size_t{0}).integer(), context_);
+  if (!offered_only && !IsCatalogueRelation(relation)) {
+    const auto row = open_query(connection_of(context),
+                                "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + id);
+    return loc_texts().GetText(row->value(std::size_t{0}).integer(), context);
   }
   for (const ListEntry& entry : cboField.entries()) {
     if (entry.item_data == number) return entry.text;
@@ -101,24 +115,31 @@ std::string F_Selection::field_name(const std::string& id, bool from_model) cons
   return {};
 }
 
-std::string F_Selection::stored_record(std::string_view line) const {
-  const Relation relation(lookup_relation());
+std::string F_Selection::stored_record(const KesVar& context, const Relation& relation,
+                                       std::string_view line) const {
   // The value part of a display line is in its stored form already. A date must not be converted
   // once more: the fixed form would be read in the user's order.
   return std::to_string(Comm_Sel().get_FieldID(field_part(line))) + " " +
-         operator_part(context_, relation, line, kDisplayLine) + " " +
-         value_part(context_, relation, line, kDisplayLine);
+         operator_part(context, relation, line, kDisplayLine) + " " +
+         value_part(context, relation, line, kDisplayLine);
+}
+
+std::string F_Selection::GetWriteString(const KesVar& context) const {
+  const Relation relation(lookup_relation());
+  std::string criteria;
+  for (const ListEntry& line : ListCriteria.entries()) {
+    const bool is_or = line.text == context.strOderLine;
+    criteria += is_or ? line.text : stored_record(context, relation, line.text);
+    criteria += ";";
+  }
+  return criteria;
 }
 
 void F_Selection::SaveSelectionToTable(std::string_view table, std::int32_t record) {
-  std::string criteria;
   const auto row = connection().open(
       "SELECT * FROM " + std::string(table) + " WHERE ID = " + std::to_string(record),
       CursorType::kKeyset, LockType::kOptimistic);
-  for (const ListEntry& entry : ListCriteria.entries()) {
-    criteria += (is_or_line(entry.text) ? entry.text : stored_record(entry.text)) + ";";
-  }
-  row->set_value("SELEKTION_VALUE", criteria);
+  row->set_value("SELEKTION_VALUE", GetWriteString(context_));
   row->update();
 }
 

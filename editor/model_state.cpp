@@ -7,11 +7,20 @@
 
 namespace kestrova {
 
-std::int32_t F_Selection::standard_model() const {
-  return suite().model_settings()->standard_model(context_, GetModelRelation(), 0);
+std::string F_Selection::selected_model() const {
+  return std::to_string(Model.item_data(Model.index()));
 }
 
-std::string F_Selection::GetStandardModelName() const {
+std::string F_Selection::visible_models() const {
+  return suite().access_level_filter()->restrict("MODELS", "", context_, context_.lngAccessLevel);
+}
+
+std::int32_t F_Selection::standard_model() {
+  if (!model_settings_) model_settings_ = suite().model_settings();
+  return model_settings_->standard_model(context_, GetModelRelation(), 0);
+}
+
+std::string F_Selection::GetStandardModelName() {
   const std::int32_t standard = standard_model();
   for (const ListEntry& model : Model.entries()) {
     if (model.item_data == standard) return model.text;
@@ -19,14 +28,14 @@ std::string F_Selection::GetStandardModelName() const {
   return {};
 }
 
-void F_Selection::Model_Click() {
-  const BusyPointer busy(user_interface());
-  RefreshModelState();
-}
+void F_Selection::Model_Click() { RefreshModelState(); }
 
+// The boxes are set under the hourglass, also at the start of a run: their handlers write to the
+// database while the pointer is the default.
 void F_Selection::RefreshModelState() {
-  const bool is_selected = Model.index() != -1;
-  const std::string id = is_selected ? std::to_string(Model.item_data(Model.index())) : "";
+  const BusyPointer busy(user_interface());
+  const bool is_selected = is_model_selected();
+  const std::string id = is_selected ? selected_model() : "";
   std::string part = is_selected ? "SELECT (CASE WHEN EXISTS(SELECT ID FROM MODELS WHERE ID = '" +
                                        id + "' AND NICHT_ANDERBAR = 1) THEN 1 ELSE 0 END) AS val1,"
                                  : "SELECT 0 AS val1,";

@@ -205,7 +205,7 @@ bool F_Selection::fill_selektion_values() {
     if (unit == UnitField::kBark) {
       cboValue.add(value.boolean() ? "'%'" : "'cm'");
     } else if (unit == UnitField::kMoney) {
-      cboValue.add(value.boolean() ? "EURO" : std::string_view(context_.strNatWahrung));
+      cboValue.add(value.boolean() ? "EURO" : std::string_view(module_state().strNatWahrung));
     } else {
       if (cboValue.count() == 0 && fields.Get_SQLSelect(strNickName, true, selektion).empty()) {
         cboValue.add("Null");

@@ -308,7 +308,7 @@ void F_Selection::fill_catalogue_fields(std::string& relation_code) {
 }
 
 void F_Selection::fill_selektion_fields() {
-  const std::string& language = context_.strLanguage;
+  const std::string& language = module_state().strLanguage;
   const std::string parameter = strRelation == "2PVALL"               ? "2PVK"
                                 : equals_code("2ABR#-A", strRelation) ? "1VM-A"
                                                                       : strRelation;
@@ -337,14 +337,12 @@ std::string F_Selection::GetModelRelation() const { return model_relation_for_ed
 
 void F_Selection::fill_models() {
   Model.clear();
-  const std::string visible =
-      suite().access_level_filter()->restrict("MODELS", "", context_, context_.lngAccessLevel);
-  const auto models =
-      open_query(connection(),
-                 "SELECT MODELS.ID,MODELS.NAME FROM MODELS"
-                 " LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS = ACCESS_LEVELS.ID"
-                 " WHERE MODELS.RELATION = '" +
-                     GetModelRelation() + "' AND " + visible + " ORDER BY MODELS.NAME,MODELS.ID");
+  const auto models = open_query(
+      connection(),
+      "SELECT MODELS.ID,MODELS.NAME FROM MODELS"
+      " LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS = ACCESS_LEVELS.ID"
+      " WHERE MODELS.RELATION = '" +
+          GetModelRelation() + "' AND " + visible_models() + " ORDER BY MODELS.NAME,MODELS.ID");
   for (; !models->eof(); models->move_next()) {
     Model.add(models->value("NAME").text_or_empty());
     Model.set_item_data(Model.new_index(), models->value("ID").integer());

@@ -94,11 +94,6 @@ std::string date_list(const KesVar& context, std::string_view op, const RecordFo
   return "IN (" + list + ")";
 }
 
-bool is_true_word(std::string_view word) {
-  constexpr std::array<std::string_view, 3> kTrueWords = {"TRUE", "WAHR", "VRAI"};
-  return std::find(kTrueWords.begin(), kTrueWords.end(), text::upper(word)) != kTrueWords.end();
-}
-
 std::string value_of_field(const KesVar& context, std::string_view field, std::string_view value,
                            std::int16_t type, const RecordForm& form) {
   const bool is_shown_boolean =
@@ -147,6 +142,11 @@ RecordParts split_record(std::string_view record) {
   return {.field = text::trim(record.substr(0, span->offset)),
           .op = record.substr(span->offset, span->size),
           .value = record.substr(span->offset + span->size)};
+}
+
+bool is_true_word(std::string_view word) {
+  constexpr std::array<std::string_view, 3> kTrueWords = {"TRUE", "WAHR", "VRAI"};
+  return std::find(kTrueWords.begin(), kTrueWords.end(), text::upper(word)) != kTrueWords.end();
 }
 
 bool is_null_word(std::string_view value) {

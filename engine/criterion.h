@@ -47,4 +47,7 @@ SpecialField special_field(std::string_view field);
 // Whether a value part stands for NULL: the word, in any case, with or without blanks around it.
 bool is_null_word(std::string_view value);
 
+// Whether a word stands for true, in any case: booleans kept as text must survive any user locale.
+bool is_true_word(std::string_view word);
+
 }  // namespace kestrova

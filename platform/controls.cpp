@@ -15,6 +15,8 @@ void raise(const std::function<void()>& event) {
 
 void Control::changed() { raise(on_change_); }
 
+void Control::take_focus() { raise(on_focus_); }
+
 void Control::set_enabled(bool enabled) {
   enabled_ = enabled;
   changed();

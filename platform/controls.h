@@ -48,6 +48,9 @@ class Control {
 
   // Called after every change of the control's state. One view per control.
   void subscribe(std::function<void()> on_change) { on_change_ = std::move(on_change); }
+  // Called when the dialog gives the focus to the control.
+  void subscribe_focus(std::function<void()> on_focus) { on_focus_ = std::move(on_focus); }
+  void take_focus();
 
  protected:
   void changed();
@@ -57,6 +60,7 @@ class Control {
   bool enabled_ = true;
   bool visible_ = true;
   std::function<void()> on_change_;
+  std::function<void()> on_focus_;
 };
 
 // One entry of a list: its text and the 32-bit number stored with it.
@@ -133,6 +137,11 @@ class ListBox : public EntryList {
   // Whether one of its entries is being dragged.
   bool is_dragging = false;
 
+  // The pointer moves over the list with this button held (1 is the left one), and the list
+  // `source` is dropped at x, y of this one.
+  std::function<void(int button)> on_mouse_move;
+  std::function<void(const Control& source, double x, double y)> on_drag_drop;
+
   // Text of the selected entry, "" when none is selected.
   std::string text() const;
 };
@@ -142,6 +151,11 @@ class ComboBox : public EntryList {
   enum class Style { kDropDownList, kFreeText };
 
   ComboBox(std::string name, Style style) : EntryList(std::move(name)), style_(style) {}
+
+  // A key is typed into the text, before the text changes; the handler sets 0 to refuse it.
+  std::function<void(int& key)> on_key_press;
+  // The control loses the focus; the handler may keep it with true.
+  std::function<void(bool& cancel)> on_validate;
 
   Style style() const { return style_; }
   const std::string& text() const { return text_; }

@@ -8,8 +8,11 @@
 
 namespace kestrova {
 
+// The title of dialogs that have none of their own.
+inline constexpr std::string_view kSuiteTitle = "Kestrova";
+
 // Shows a modal message and returns the button that the user pressed. An empty title becomes
-// "Kestrova"; a title of one blank is shown as it is. Needs the host's user interface.
+// kSuiteTitle; a title of one blank is shown as it is. Needs the host's user interface.
 MessageResult ShowMessage(std::string_view prompt, std::int32_t buttons = kOkOnly,
                           std::string_view title = "", std::string_view helpFile = "",
                           std::int32_t context = 0);

@@ -141,7 +141,7 @@ TEST(Formula, OfAnotherWordForOrKeepsOneAndBeforeIt) {
   SonstHost host;
   host.suite->answers().texts[3441] = "OU";
   host.editor->Form_Load();
-  host.context.strOderLine = "=== OU ===";
+  module_state().strOderLine = "=== OU ===";
   host.answer_fields("SONST", sonst_fields());
   host.start("SONST");
   EXPECT_EQ(committed(host, {"Anzahl = 1", "=== OU ===", "Anzahl = 2"}).formula,

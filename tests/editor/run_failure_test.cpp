@@ -68,7 +68,7 @@ void expect_every_failure_to_reach_the_caller() {
   };
   const auto expect_recovery = [&](Prepared& host) {
     EXPECT_LE(host.connection->open_recordsets(), Prepared::kHeldRowSets);
-    EXPECT_LE(host.suite->live_services(), 1U) << "only the texts are kept";
+    EXPECT_LE(host.suite->live_services(), 2U) << "only texts and model settings are kept";
     EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
     EXPECT_FALSE(host.editor->is_visible());
     host.connection->fail_on_call(0);

@@ -193,7 +193,7 @@ TEST(Binding, OfARelationOutsideTheCatalogueReadsItsFieldsFromSelektion) {
             (std::vector<ListEntry>{{"Holzart", 10}, {"Stückzahl", 11}, {"", 12}}));
   EXPECT_EQ(host.editor->relation(), "SONST");
   EXPECT_EQ(host.connection->open_recordsets(), 1U) << "the pickers search the field catalogue";
-  EXPECT_EQ(host.suite->live_services(), 1U) << "the texts";
+  EXPECT_EQ(host.suite->live_services(), 2U) << "the texts and the model settings";
 }
 
 TEST(Binding, OfACatalogueRelationAsksTheSuiteForTheFields) {
@@ -237,7 +237,7 @@ TEST(Binding, EmptiesWhatTheLastRelationLeft) {
 
 TEST(Binding, ReadsTheFieldTextsOfTheUsersLanguage) {
   RunHost host;
-  host.context.strLanguage = "FR";
+  module_state().strLanguage = "FR";
   host.connection->answer(
       "SELECT SELEKTION.*,STRINGS.FR,STRINGS.CUSTOM_FR FROM SELEKTION LEFT JOIN STRINGS ON "
       "SELEKTION.ID_STRING = STRINGS.ID_STRING WHERE RTRIM(LTRIM(SELEKTION.PARAMETER)) = 'SONST' "
@@ -409,9 +409,9 @@ TEST(Run, ShowsTheDialogAndCopiesTheResults) {
   EXPECT_EQ(shown, "Falsch");
   EXPECT_EQ(results, (RunHost::Results{" FROM A", "a"}));
   EXPECT_FALSE(host.editor->is_visible());
-  EXPECT_EQ(host.calls(),
-            Texts({"pointer hourglass", "pointer default", opened(model_state_query("SONST")),
-                   "#4 close", "dialog 'Selektion'"}));
+  EXPECT_EQ(host.calls(), Texts({"pointer hourglass", "pointer default", "pointer hourglass",
+                                 opened(model_state_query("SONST")), "#4 close", "pointer default",
+                                 "dialog 'Selektion'"}));
 }
 
 TEST(Run, IgnoresTheSubsetOfOtherRelations) {

@@ -1,0 +1,43 @@
+// The dialog "Selektion" as a view shows it: its controls under their own names. The editor is the
+// model behind it; a view binds each control, passes the user's actions on to it, and closes when
+// is_visible() turns false.
+#pragma once
+
+#include "platform/controls.h"
+#include "platform/user_interface.h"
+
+namespace kestrova {
+
+class SelectionDialog : public ModalDialog {
+ public:
+  // The criteria: display name, operator and value as text, the field's identifier as item data. An
+  // OR line has the text of the OR line and item data -2.
+  ListBox ListCriteria{"ListCriteria"};
+  TextBox Formula{"Formula"};  // the line being composed, or the selected one
+  ComboBox cboField{"cboField", ComboBox::Style::kDropDownList};
+  ComboBox cboOperator{"cboOperator", ComboBox::Style::kDropDownList};
+  ComboBox cboValue{"cboValue", ComboBox::Style::kFreeText};
+  Button btnNew{"btnNew"};  // empties the list
+  Button btnInsert{"btnInsert"}, btnReplace{"btnReplace"}, btnDelete{"btnDelete"}, btnOr{"btnOr"};
+  Button btnPlus{"btnPlus"}, btnMinus{"btnMinus"};  // a value into the list of IN, and out of it
+  Button btnFirst{"btnFirst"}, btnPrev{"btnPrev"}, btnNext{"btnNext"}, btnLast{"btnLast"};
+  Button cmdUp{"cmdUp"}, cmdDown{"cmdDown"};  // move the selected line
+
+  // The models of the relation: name, and MODELS.ID as item data.
+  ComboBox Model{"Model", ComboBox::Style::kDropDownList};
+  TextBox txtStandard{"txtStandard"};   // name of the standard model
+  CheckBox chkStandard{"chkStandard"};  // the selected model is the standard
+  CheckBox Check1{"Check1"};            // it is locked
+  CheckBox chkAL{"chkAL"};              // it is bound to an access level, whose name is the caption
+  Button btnSaveModelle{"btnSaveModelle"}, btnSaveModelleAs{"btnSaveModelleAs"},
+      btnDeleteModelle{"btnDeleteModelle"};
+
+  Frame Frame1{"Frame1"};  // around the pickers
+  Frame Frame4{"Frame4"};  // around the models
+  Button btnOk{"btnOk"}, btnCancel{"btnCancel"};
+
+ protected:
+  SelectionDialog() = default;
+};
+
+}  // namespace kestrova
