@@ -131,9 +131,10 @@ std::string model_state_query(std::string_view model_relation) {
          "AS val4,0 AS STANDARD) A";
 }
 
-EditorHost::EditorHost() {
-  install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                [this]() -> std::shared_ptr<SelectionForm> {
+EditorHost::EditorHost(std::shared_ptr<FakeSuite> its_suite, std::shared_ptr<UserLocale> locale)
+    : EngineHost(std::move(its_suite)) {
+  if (!locale) locale = std::make_shared<FakeLocale>(FakeLocale::Language::kGerman);
+  install_host({suite, user, std::move(locale), [this]() -> std::shared_ptr<SelectionForm> {
                   ++forms_made;
                   return editor;
                 }});

@@ -1,0 +1,196 @@
+#include "tests/editor/round_trip_host.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/standalone/settings_user_locale.h"
+#include "platform/standalone/standalone_suite.h"
+
+namespace kestrova::test {
+namespace {
+
+constexpr std::array kTypes = {FieldType::kSmallInt,
+                               FieldType::kInteger,
+                               FieldType::kSingle,
+                               FieldType::kDouble,
+                               FieldType::kDate,
+                               FieldType::kBstr,
+                               FieldType::kBoolean,
+                               FieldType::kDecimal,
+                               FieldType::kTinyInt,
+                               FieldType::kUnsignedTinyInt,
+                               FieldType::kUnsignedSmallInt,
+                               FieldType::kUnsignedInt,
+                               FieldType::kBigInt,
+                               FieldType::kUnsignedBigInt,
+                               FieldType::kChar,
+                               FieldType::kWChar,
+                               FieldType::kNumeric,
+                               FieldType::kDBDate,
+                               FieldType::kDBTime,
+                               FieldType::kDBTimeStamp,
+                               FieldType::kVarNumeric,
+                               FieldType::kVarChar,
+                               FieldType::kLongVarChar,
+                               FieldType::kVarWChar,
+                               FieldType::kLongVarWChar};
+
+// A suite whose dates and numbers are formatted as without the suite.
+class FormattingSuite : public FakeSuite {
+ public:
+  FormattingSuite(CallLog log, std::shared_ptr<UserLocale> locale)
+      : FakeSuite(std::move(log)),
+        formatters_(
+            make_standalone_suite(std::make_shared<RecordingConnection>(), std::move(locale))) {}
+  std::shared_ptr<NumFormatter> num_formatter() override { return formatters_->num_formatter(); }
+  std::shared_ptr<DateFormatter> date_formatter() override { return formatters_->date_formatter(); }
+
+ private:
+  std::shared_ptr<Suite> formatters_;
+};
+
+std::shared_ptr<UserLocale> locale_of(const UserSettings& settings) {
+  return std::make_shared<SettingsUserLocale>(settings.language, settings.date_order);
+}
+
+}  // namespace
+
+RoundTripHost::RoundTripHost(const UserSettings& settings)
+    : RoundTripHost(settings, make_call_log()) {}
+
+RoundTripHost::RoundTripHost(const UserSettings& settings, CallLog suite_log)
+    : RunHost(std::make_shared<FormattingSuite>(suite_log, locale_of(settings)),
+              locale_of(settings)),
+      suite_log_(std::move(suite_log)),
+      quick_(std::make_shared<QuickConnection>(connection)),
+      stored_(std::make_shared<QuickTable>()) {
+  context.strDateOrder = settings.date_order;
+  context.dbado = quick_;
+  module_state().dbado = quick_;
+}
+
+void RoundTripHost::start_with(const std::string& relation, std::vector<DrawnField> fields) {
+  fields_ = std::move(fields);
+  start(relation);
+  for (DrawnField& field : fields_) {
+    pick(editor->cboField, field.name);
+    field.operators = texts_of(editor->cboOperator);
+  }
+}
+
+void RoundTripHost::compose_lines(const std::vector<DrawnLine>& lines) {
+  log->clear();
+  suite_log_->clear();
+  editor->ListCriteria.clear();
+  for (const DrawnLine& line : lines) {
+    if (line.is_or()) {
+      editor->btnOr_Click();
+    } else {
+      compose_line(line);
+    }
+  }
+}
+
+void RoundTripHost::compose_line(const DrawnLine& line) {
+  pick(editor->cboField, line.field->name);
+  pick(editor->cboOperator, line.op);
+  for (const DrawnValue& value : line.values) {
+    editor->cboValue.set_text(value.typed);
+    bool cancel = false;
+    editor->cboValue_Validate(cancel);
+    if (line.op == "IN") editor->btnPlus_Click();
+  }
+  editor->btnInsert_Click();
+}
+
+void RoundTripHost::put_lines(const std::vector<DrawnLine>& lines) {
+  log->clear();
+  suite_log_->clear();
+  editor->ListCriteria.clear();
+  for (const DrawnLine& line : lines) {
+    fill_lines({{line.display_line(), line.is_or() ? -2 : line.field->id}});
+  }
+}
+
+ContractRoundTrip::ContractRoundTrip(const UserSettings& settings) : RoundTripHost(settings) {
+  *stored_ = {{{"SELEKTION_VALUE"}, {"ID", FieldType::kInteger}}, {{"", 12}}};
+  quick_->share("SELECT SELEKTION_VALUE FROM VERTRAG_PREISE WHERE ID = 12", stored_);
+  quick_->share("SELECT * FROM VERTRAG_PREISE WHERE ID = 12", stored_);
+  // The formats of the suite's fields know these types.
+  std::vector<DrawnField> fields = {{5, "Größe", FieldType::kVarWChar, {}},
+                                    {60, "Datum", FieldType::kDate, {}},
+                                    {700, "Menge", FieldType::kDouble, {}},
+                                    {8, "Anzahl der Stücke", FieldType::kInteger, {}}};
+  suite->answers().field_formats = {{60, "dd.mm.yyyy"}, {700, "0.00"}, {8, "0"}};
+  std::vector<ListEntry> offered;
+  for (const DrawnField& field : fields) {
+    offered.push_back({field.name, field.id});
+    const std::string id = std::to_string(field.id);
+    answer_values("SELECT DISTINCT EXPR(LOG," + id + ") FROM <LOG,0,><LOG," + id +
+                      ",R7> WHERE FHP_IMPORT.ERRORTEXT IS NULL AND FHP_IMPORT.ID_FHP_IMPORT IS "
+                      "NULL ORDER BY 1",
+                  {Value(), "0"});
+  }
+  offer("LOG", std::move(offered));
+  answer_models("VERTP");
+  start_with("VERTP12", std::move(fields));
+}
+
+std::string ContractRoundTrip::store() {
+  stored_->rows[0][0] = Value("not stored");
+  editor->btnOk_Click();
+  return stored_->rows[0][0].text();
+}
+
+void ContractRoundTrip::load(const std::string& stored) {
+  stored_->rows[0][0] = Value(stored);
+  run();
+}
+
+ModelRoundTrip::ModelRoundTrip(const UserSettings& settings) : RoundTripHost(settings) {
+  *stored_ = {{{"MODEL"}}, {{""}}};
+  quick_->share("SELECT MODEL FROM MODELS WHERE ID = 7", stored_);
+  std::vector<DrawnField> fields;
+  std::vector<OfferedField> offered;
+  for (const FieldType type : kTypes) {
+    const int code = static_cast<int>(type);
+    const std::string number = std::to_string(code);
+    const std::string name = (code % 10 == 0 ? "Größe " : "Feld ") + number;
+    const DrawnField field{code < 100 ? 10 + code : 100 * code, name, type, {}};
+    OfferedField& row = offered.emplace_back();
+    row.row.id = field.id;
+    row.row.name = Value("C" + number);
+    row.row.nickname = Value("N" + number);
+    row.row.table = Value("LAGER");
+    row.text = field.name;
+    row.type = type;
+    answer_values(plain_query("C" + number), {"0"});
+    connection->answer(
+        "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + std::to_string(field.id),
+        {{"ID_STRING", FieldType::kInteger}}, {{field.id}});
+    suite->answers().texts[field.id] = field.name;
+    fields.push_back(field);
+  }
+  answer_fields("SONST", offered);
+  answer_models("SONST", {{7, "Alt"}});
+  start_with("SONST", std::move(fields));
+}
+
+std::string ModelRoundTrip::store() { return editor->GetWriteString(context); }
+
+void ModelRoundTrip::load(const std::string& stored) {
+  stored_->rows[0][0] = Value(stored);
+  editor->Model_DblClick();
+}
+
+void HostRoundTrip::load(const std::string& stored) {
+  editor->FillListCriteria(context, stored, "SONST");
+}
+
+std::string CatalogueRoundTrip::store() { return editor->GetWriteString(context); }
+
+void CatalogueRoundTrip::load(const std::string& stored) {
+  editor->FillListCriteria(context, stored, "VERTP12");
+}
+
+}  // namespace kestrova::test
