@@ -92,7 +92,7 @@ class Drawer {
   Drawer(std::uint64_t seed, const UserSettings& settings) : dice_(seed), settings_(settings) {}
 
   std::vector<DrawnLine> list(const std::vector<DrawnField>& fields) {
-    std::vector<DrawnLine> lines(dice_.one_in(2) ? 1 : 1 + dice_.below(4));
+    std::vector<DrawnLine> lines(dice_.one_in(4) ? 2 + dice_.below(3) : 1);
     for (DrawnLine& drawn : lines) drawn = line(fields);
     for (std::size_t i = lines.size() - 1; i > 0; --i) {
       if (dice_.one_in(4) && lines.size() < 6) {

@@ -78,9 +78,13 @@ void RoundTripHost::start_with(const std::string& relation, std::vector<DrawnFie
   }
 }
 
-void RoundTripHost::compose_lines(const std::vector<DrawnLine>& lines) {
-  log->clear();
+void RoundTripHost::clear_logs() {
+  forget();
   suite_log_->clear();
+}
+
+void RoundTripHost::compose_lines(const std::vector<DrawnLine>& lines) {
+  clear_logs();
   editor->ListCriteria.clear();
   for (const DrawnLine& line : lines) {
     if (line.is_or()) {
@@ -104,8 +108,7 @@ void RoundTripHost::compose_line(const DrawnLine& line) {
 }
 
 void RoundTripHost::put_lines(const std::vector<DrawnLine>& lines) {
-  log->clear();
-  suite_log_->clear();
+  clear_logs();
   editor->ListCriteria.clear();
   for (const DrawnLine& line : lines) {
     fill_lines({{line.display_line(), line.is_or() ? -2 : line.field->id}});
@@ -164,6 +167,7 @@ ModelRoundTrip::ModelRoundTrip(const UserSettings& settings) : RoundTripHost(set
     row.row.table = Value("LAGER");
     row.text = field.name;
     row.type = type;
+    know_lookups(row.row);
     answer_values(plain_query("C" + number), {"0"});
     connection->answer(
         "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + std::to_string(field.id),

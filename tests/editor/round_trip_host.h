@@ -29,6 +29,9 @@ class RoundTripHost : public RunHost {
   // The same lines at once.
   void put_lines(const std::vector<DrawnLine>& lines);
 
+  // Forgets the calls so far, which would fill the memory.
+  void clear_logs();
+
  protected:
   explicit RoundTripHost(const UserSettings& settings);
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <set>
 #include <string>
 #include <tuple>
@@ -24,6 +25,8 @@ struct Way {
   std::uint64_t composed_one_in;
   std::function<std::unique_ptr<RoundTripHost>(const UserSettings&)> make_host;
 };
+
+void PrintTo(const Way& way, std::ostream* out) { *out << way.name; }
 
 template <class Host>
 std::unique_ptr<RoundTripHost> make(const UserSettings& settings) {
