@@ -123,11 +123,6 @@ void F_Selection::btnOk_Click() {
 void F_Selection::commit() {
   Commit commit(context_, strParameter);
   commit.begin(strRelation);
-  if (IsCatalogueRelation(strParameter)) {
-    if (const auto contract = contract_selection(strRelation)) {
-      SaveSelectionToTable(contract->table, contract->record);
-    }
-  }
   const int count = ListCriteria.count();
   for (int i = 0; i < count; ++i) {
     const std::string& line = ListCriteria.entry_text(i);
@@ -137,6 +132,13 @@ void F_Selection::commit() {
     }
     commit.add_criterion(line);
     if (i + 1 < count && !is_or_line(ListCriteria.entry_text(i + 1))) commit.add_and();
+  }
+  // What a contract holds is replaced only when every line has become a criterion: a line whose
+  // field is not offered any more fails above.
+  if (IsCatalogueRelation(strParameter)) {
+    if (const auto contract = contract_selection(strRelation)) {
+      SaveSelectionToTable(contract->table, contract->record);
+    }
   }
   module_state().strSelektion_Fr_Wh = count == 0 ? std::string() : commit.result();
 }

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
@@ -14,9 +13,6 @@
 
 namespace kestrova {
 namespace {
-
-constexpr std::int32_t kOrLineData = -2;
-constexpr int kMostLines = std::numeric_limits<std::int16_t>::max();
 
 // A line of the list, taken apart for the pickers.
 struct LineParts {
@@ -86,12 +82,16 @@ bool F_Selection::IsCriterionComplete() {
   return complete;
 }
 
-void F_Selection::insert_line(std::string_view text, int index, std::int32_t item_data) {
-  if (ListCriteria.count() >= kMostLines) {
-    throw Overflow("The list of criteria holds at most " + std::to_string(kMostLines) + " lines.");
-  }
-  ListCriteria.insert(text, index);
-  ListCriteria.set_item_data(index, item_data);
+ListEntry F_Selection::or_line() const { return {module_state().strOderLine, kOrLineData}; }
+
+void F_Selection::throw_too_many_lines() {
+  throw Overflow("The list of criteria holds at most " + std::to_string(kMostLines) + " lines.");
+}
+
+void F_Selection::insert_line(const ListEntry& line, int index) {
+  if (ListCriteria.entries().size() >= kMostLines) throw_too_many_lines();
+  ListCriteria.insert(line.text, index);
+  ListCriteria.set_item_data(index, line.item_data);
 }
 
 void F_Selection::select_new_line(int index) {
@@ -110,7 +110,7 @@ void F_Selection::btnInsert_Click() {
   if (!IsCriterionComplete()) return;
   if (cboOperator.text() == "IN" && text::length(strValue) == 2) return;
   const int index = ListCriteria.index() + 1;
-  insert_line(Formula.text(), index, cboField.item_data(cboField.index()));
+  insert_line({Formula.text(), cboField.item_data(cboField.index())}, index);
   select_new_line(index);
   SetListButtons();
   SetControlFocus(cboField);
@@ -147,7 +147,7 @@ void F_Selection::btnOr_Click() {
 
 void F_Selection::AddOrLine() {
   const int index = ListCriteria.index() + 1;
-  insert_line(module_state().strOderLine, index, kOrLineData);
+  insert_line(or_line(), index);
   select_new_line(index);
 }
 
@@ -155,10 +155,9 @@ void F_Selection::btnPlus_Click() {
   // It is the nickname that must not stand in the list, not the value.
   const bool holds_nickname =
       !strNickName.empty() && strValue.find(strNickName) != std::string::npos;
-  if (holds_nickname || cboValue.text().empty()) return;
-  const std::string value = converted_value();
+  if (holds_nickname || cboValue.text().empty() || strValue.empty()) return;
+  const std::string value = converted_element();
   const std::size_t length = text::length(strValue);
-  if (length == 0) throw InvalidArgument("There is no list to add the value to.");
   const std::string before(text::left(strValue, length == 2 ? 1 : length - 1));
   const std::string last(text::mid(strValue, length));
   strValue = before + (length == 2 ? "" : ", ") + value + last;
@@ -167,7 +166,7 @@ void F_Selection::btnPlus_Click() {
 
 void F_Selection::btnMinus_Click() {
   if (cboValue.text().empty()) return;
-  const std::string value = converted_value();
+  const std::string value = converted_element();
   for (const std::string& piece : {", " + value, value + ", ", value}) {
     const std::size_t at = strValue.find(piece);
     if (at == std::string::npos) continue;
@@ -198,7 +197,7 @@ void F_Selection::cmdUp_Click() {
   if (index < 1) return;
   try {
     const ListEntry line = ListCriteria.entries()[static_cast<std::size_t>(index)];
-    insert_line(line.text, index - 1, line.item_data);
+    insert_line(line, index - 1);
     ListCriteria.remove(index + 1);
     ListCriteria.set_index(index - 1);
     SetListButtons();
@@ -212,7 +211,7 @@ void F_Selection::cmdDown_Click() {
   if (index < 0 || index == ListCriteria.count() - 1) return;
   try {
     const ListEntry line = ListCriteria.entries()[static_cast<std::size_t>(index)];
-    insert_line(line.text, index + 2, line.item_data);
+    insert_line(line, index + 2);
     ListCriteria.remove(index);
     ListCriteria.set_index(index + 1);
     SetListButtons();

@@ -9,12 +9,14 @@
 // is hidden, not destroyed, when the user closes it.
 #pragma once
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "interface/selection_form.h"
 #include "platform/kes_var.h"
@@ -123,7 +125,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   // --- Models
   // ----------------------------------------------------------------------------------------------
 
-  // Loads the selected model into the list. Raises InvalidArgument when none is selected.
+  // Loads the selected model into the list.
   void Model_DblClick();
   // Shows the properties of the selected model and enables the controls.
   void Model_Click();
@@ -192,12 +194,16 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   bool IsCriterionComplete();
   bool is_date_entry(std::string_view value) const;
   void AddOrLine();
-  void insert_line(std::string_view text, int index, std::int32_t item_data);
+  static constexpr std::int32_t kOrLineData = -2;
+  static constexpr std::size_t kMostLines = std::numeric_limits<std::int16_t>::max();
+  [[noreturn]] static void throw_too_many_lines();
+  void insert_line(const ListEntry& line, int index);
   void select_new_line(int index);
   void load_line(const std::string& line);
 
   // Pickers
   std::string converted_value();
+  std::string converted_element();
   void FillOperatorList(ComboBox& combo, std::int16_t type);
   void fill_catalogue_values();
   // False when the field's join kind is unknown, which has been shown.
@@ -206,6 +212,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::int16_t selected_type();
 
   // Start-up
+  void forget_relation();
   void bind_relation(std::string& relation_code);
   void fill_catalogue_fields(std::string& relation_code);
   void fill_selektion_fields();
@@ -213,7 +220,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void select_start_model();
   std::string GetModelRelation() const;
   std::string GetStandardModelName();
-  std::int32_t standard_model();
+  int standard_model_index();
   void load_start_selection(std::string_view subset);
   void show_modally();
 
@@ -226,22 +233,25 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void LoadSelectionFromTable(std::string_view table, std::int32_t record);
   void LoadSelectionFromString(std::string_view criteria);
   void SaveSelectionToTable(std::string_view table, std::int32_t record);
-  void add_or_record();
-  // The record as a line of the list, read for a relation. offered_only: its name is that of the
-  // field list, and "GETDATE()" stays; else names of other fields are looked up as well, and a
-  // relative date shows as its bare offset.
-  void add_record(const KesVar& context, const std::string& relation, std::string_view record,
-                  bool offered_only);
+  // A record as a line of the list, read for a relation. kOfferedField: it is shown under the name
+  // of the field list, and "GETDATE()" stays; kAnyField: the names of fields that are not offered
+  // are looked up, and a relative date shows as its bare offset.
+  enum NameSource { kOfferedField, kAnyField };
+  ListEntry display_line(const KesVar& context, const std::string& relation,
+                         std::string_view record, NameSource source) const;
   std::string field_name(const KesVar& context, const std::string& relation, const std::string& id,
-                         bool offered_only) const;
+                         NameSource source) const;
+  ListEntry or_line() const;
+  void show_lines(const std::vector<ListEntry>& lines);
   std::string stored_record(const KesVar& context, const Relation& relation,
                             std::string_view line) const;
 
   // Models
   bool is_model_selected() const { return Model.index() != -1; }
-  std::string selected_model() const;  // its MODELS.ID
-  std::string visible_models() const;  // condition on MODELS
+  std::string selected_model() const;      // its MODELS.ID
+  std::string and_visible_models() const;  // " AND " and the condition on MODELS, or ""
   void SaveModel(bool overwrite);
+  void check_all_fields_offered() const;
   void insert_model(const std::string& name, const std::string& criteria);
   void SetStandardModel(bool clear);
   // What changing a property of the selected model needs afterwards.
@@ -261,7 +271,8 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   bool blnReadOnly = false;
   bool blnOracle = false;
   std::int16_t intStartState = 0;
-  std::string caption_ = "Selektion";
+  static constexpr const char* kCaption = "Selektion";
+  std::string caption_ = kCaption;
   bool visible_ = false;
   const Control* focused_ = nullptr;
 };

@@ -1,5 +1,5 @@
 // Loading a stored selection into the list, and storing the list.
-#include <optional>
+#include <vector>
 
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
@@ -13,8 +13,6 @@
 namespace kestrova {
 namespace {
 
-constexpr std::int32_t kOrLineData = -2;
-
 constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
 constexpr RecordForm kShown{.from_database = true, .to_user_format = true};
 constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = false};
@@ -22,25 +20,24 @@ constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = fals
 }  // namespace
 
 void F_Selection::Model_DblClick() {
-  const int index = Model.index();
-  const auto row = open_query(connection(), "SELECT MODEL FROM MODELS WHERE ID = " +
-                                                std::to_string(Model.item_data(index)));
+  if (!is_model_selected()) return;
+  const auto row =
+      open_query(connection(), "SELECT MODEL FROM MODELS WHERE ID = " + selected_model());
   const std::string criteria =
       row->eof() ? std::string() : row->value(std::size_t{0}).text_or_empty();
   row->close();
 
   const BusyPointer busy(user_interface());
-  ListCriteria.clear();
-  caption_ = "Selektion: " + std::string(text::trim(Model.entry_text(index)));
+  std::vector<ListEntry> lines;
   for (const std::string_view piece : text::split(criteria, ';')) {
     const std::string_view record = text::trim(piece);
     if (record.empty()) continue;
-    if (is_or_line(record)) {
-      add_or_record();
-    } else {
-      add_record(context_, lookup_relation(), record, false);
-    }
+    lines.push_back(is_or_line(record)
+                        ? or_line()
+                        : display_line(context_, lookup_relation(), record, kAnyField));
   }
+  show_lines(lines);
+  caption_ = "Selektion: " + std::string(text::trim(Model.text()));
   SetListButtons();
 }
 
@@ -54,57 +51,63 @@ void F_Selection::LoadSelectionFromTable(std::string_view table, std::int32_t re
 }
 
 void F_Selection::LoadSelectionFromString(std::string_view criteria) {
-  ListCriteria.clear();
+  std::vector<ListEntry> lines;
   for (std::size_t end = criteria.find(';'); end != std::string_view::npos;
        end = criteria.find(';')) {
     const std::string_view record = criteria.substr(0, end);
-    if (is_or_line(record)) {
-      add_or_record();
-    } else if (!record.empty()) {
-      add_record(context_, lookup_relation(), record, true);
-    }
     criteria.remove_prefix(end + 1);
+    if (record.empty()) continue;
+    lines.push_back(is_or_line(record)
+                        ? or_line()
+                        : display_line(context_, lookup_relation(), record, kOfferedField));
   }
+  show_lines(lines);
   SetListButtons();
-}
-
-void F_Selection::add_or_record() {
-  insert_line(module_state().strOderLine, ListCriteria.count(), kOrLineData);
 }
 
 void F_Selection::FillListCriteria(const KesVar& context, std::string_view criteria,
                                    std::string_view relation) {
   const BusyPointer busy(user_interface());
-  ListCriteria.clear();
+  std::vector<ListEntry> lines;
   for (const std::string_view record : text::split(criteria, ';')) {
     if (record.empty()) continue;
-    if (record == context.strOderLine) {
-      insert_line(record, ListCriteria.count(), kOrLineData);
-    } else {
-      add_record(context, std::string(relation), record, false);
-    }
+    lines.push_back(record == context.strOderLine
+                        ? ListEntry{std::string(record), kOrLineData}
+                        : display_line(context, std::string(relation), record, kAnyField));
+  }
+  show_lines(lines);
+}
+
+// The list changes only when all records could be read: what is left of a filter that lost a line
+// would be committed, and saved, as a wider one.
+void F_Selection::show_lines(const std::vector<ListEntry>& lines) {
+  if (lines.size() > kMostLines) throw_too_many_lines();
+  ListCriteria.clear();
+  for (const ListEntry& line : lines) {
+    ListCriteria.add(line.text);
+    ListCriteria.set_item_data(ListCriteria.new_index(), line.item_data);
   }
 }
 
-void F_Selection::add_record(const KesVar& context, const std::string& relation,
-                             std::string_view record, bool offered_only) {
+ListEntry F_Selection::display_line(const KesVar& context, const std::string& relation,
+                                    std::string_view record, NameSource source) const {
   const Relation kind(relation);
   const std::string field = field_part(record);
-  const std::string name = field_name(context, relation, field, offered_only);
+  const std::string name = field_name(context, relation, field, source);
   const std::int16_t id = text::to_int16(field);
   std::string value = value_part(context, kind, record, kStored);
   if (IsDateFieldType(field_type(context, kind, id)) && !is_null_word(value)) {
     if (!value.empty()) value = ToDateLiteral(value, context.strDateOrder);
-    if (!offered_only) value = text::replace_all(value, "GETDATE()", "");
+    if (source == kAnyField) value = text::replace_all(value, "GETDATE()", "");
   }
   const std::string op = operator_part(context, kind, record, kShown);
-  insert_line(name + " " + op + " " + value, ListCriteria.count(), id);
+  return {name + " " + op + " " + value, id};
 }
 
 std::string F_Selection::field_name(const KesVar& context, const std::string& relation,
-                                    const std::string& id, bool offered_only) const {
+                                    const std::string& id, NameSource source) const {
   const std::int16_t number = text::to_int16(id);
-  if (!offered_only && !IsCatalogueRelation(relation)) {
+  if (source == kAnyField && !IsCatalogueRelation(relation)) {
     const auto row = open_query(connection_of(context),
                                 "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + id);
     return loc_texts().GetText(row->value(std::size_t{0}).integer(), context);

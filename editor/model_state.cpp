@@ -11,21 +11,24 @@ std::string F_Selection::selected_model() const {
   return std::to_string(Model.item_data(Model.index()));
 }
 
-std::string F_Selection::visible_models() const {
-  return suite().access_level_filter()->restrict("MODELS", "", context_, context_.lngAccessLevel);
+std::string F_Selection::and_visible_models() const {
+  const std::string condition =
+      suite().access_level_filter()->restrict("MODELS", "", context_, context_.lngAccessLevel);
+  return condition.empty() ? "" : " AND " + condition;
 }
 
-std::int32_t F_Selection::standard_model() {
+int F_Selection::standard_model_index() {
   if (!model_settings_) model_settings_ = suite().model_settings();
-  return model_settings_->standard_model(context_, GetModelRelation(), 0);
+  const std::int32_t standard = model_settings_->standard_model(context_, GetModelRelation(), 0);
+  for (int i = 0; i < Model.count(); ++i) {
+    if (Model.item_data(i) == standard) return i;
+  }
+  return -1;
 }
 
 std::string F_Selection::GetStandardModelName() {
-  const std::int32_t standard = standard_model();
-  for (const ListEntry& model : Model.entries()) {
-    if (model.item_data == standard) return model.text;
-  }
-  return {};
+  const int index = standard_model_index();
+  return index == -1 ? std::string() : Model.entry_text(index);
 }
 
 void F_Selection::Model_Click() { RefreshModelState(); }

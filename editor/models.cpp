@@ -3,8 +3,11 @@
 #include <string>
 
 #include "editor/f_selection.h"
+#include "engine/comm_sel.h"
+#include "engine/criterion.h"
 #include "engine/queries.h"
 #include "interface/module_state.h"
+#include "platform/error.h"
 #include "platform/text.h"
 #include "relations/show_message.h"
 
@@ -57,6 +60,7 @@ void F_Selection::SaveModel(bool overwrite) {
     Model.set_text(*name);
     is_known = true;
   }
+  check_all_fields_offered();
   const std::string criteria = text::replace_all(GetWriteString(context_), "'", "''");
   if (is_known) {
     connection().execute("UPDATE MODELS SET MODEL = '" + criteria +
@@ -65,6 +69,15 @@ void F_Selection::SaveModel(bool overwrite) {
     insert_model(*name, criteria);
   }
   caption_ = "Selektion: " + std::string(text::trim(*name));
+}
+
+// A line whose field is not offered would be saved without its identifier, and be lost.
+void F_Selection::check_all_fields_offered() const {
+  for (const ListEntry& line : ListCriteria.entries()) {
+    if (is_or_line(line.text) || Comm_Sel().get_FieldID(field_part(line.text)) != 0) continue;
+    throw InvalidArgument("The field of the criterion '" + line.text +
+                          "' is not offered any more: the model is not saved.");
+  }
 }
 
 // The name goes into the statement as typed, unlike the criteria: an apostrophe in it is an error.
@@ -109,9 +122,9 @@ void F_Selection::SetStandardModel(bool clear) {
     connection().execute("UPDATE MODELS SET STANDARD = 0 WHERE ID = " + id);
   } else {
     connection().execute("UPDATE MODELS SET STANDARD = (CASE WHEN MODELS.ID = " + id +
-                         " THEN 1 ELSE 0 END) WHERE RELATION = '" + GetModelRelation() + "' AND " +
-                         visible_models() + " AND " + model_class + " = (SELECT " + model_class +
-                         " FROM MODELS WHERE ID = " + id + ")");
+                         " THEN 1 ELSE 0 END) WHERE RELATION = '" + GetModelRelation() + "'" +
+                         and_visible_models() + " AND " + model_class + " = (SELECT " +
+                         model_class + " FROM MODELS WHERE ID = " + id + ")");
   }
   txtStandard.set_text(GetStandardModelName());
 }

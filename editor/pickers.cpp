@@ -1,8 +1,8 @@
 // The pickers: fields, the operators of their types, and their values.
 #include <algorithm>
 #include <array>
-#include <deque>
 
+#include "editor/catalogue_values.h"
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
 #include "engine/queries.h"
@@ -49,10 +49,7 @@ constexpr std::int16_t kDouble = static_cast<std::int16_t>(FieldType::kDouble);
 constexpr std::int16_t kBoolean = static_cast<std::int16_t>(FieldType::kBoolean);
 constexpr std::int32_t kListOnlyText = 195;  // "take a value from the list"
 
-// A catalogue relation shows at most this many values, the last ones.
-constexpr std::size_t kMostCatalogueValues = 100;
 constexpr std::string_view kRelationWithoutValues = "WVO";
-constexpr std::string_view kRelationWithAllValues = "BB";
 
 template <class Range, class T>
 bool contains(const Range& range, const T& value) {
@@ -93,6 +90,16 @@ std::string F_Selection::converted_value() {
                                lookup_relation());
 }
 
+// As converted_value, and a decimal number with the server's point: in a list, 1,5 would read as 1
+// and 5.
+std::string F_Selection::converted_element() {
+  const std::string value = converted_value();
+  const bool is_local_number = module_state().strDecimalSep != "." && !value.starts_with('\'') &&
+                               value.find(module_state().strDecimalSep) != std::string::npos;
+  if (!is_local_number || cboField.index() == -1 || selected_type() != kDouble) return value;
+  return suite().num_formatter()->format(value, module_state().strBlank);
+}
+
 void F_Selection::FillOperatorList(ComboBox& combo, std::int16_t type) {
   combo.clear();
   const auto rule =
@@ -112,6 +119,8 @@ void F_Selection::cboField_Click() {
   BusyPointer busy(user_interface());
   if (cboField.index() == -1) return;
   cboValue.clear();
+  // Until the new field is known, nothing can be composed with the operators of the last one.
+  cboOperator.clear();
   if (IsCatalogueRelation(lookup_relation())) {
     fill_catalogue_values();
   } else if (!fill_selektion_values()) {
@@ -140,15 +149,12 @@ void F_Selection::fill_catalogue_values() {
   if (!condition.empty()) sql += " WHERE " + condition;
   const auto values = open_query(connection(), sql + " ORDER BY 1");
   const auto type = [this] { return selected_type(); };
-  std::deque<std::string> shown;
+  CatalogueValues shown(strRelation);
   for (; !values->eof(); values->move_next()) {
     const Value value = values->value(std::size_t{0});
-    shown.push_back(value.is_null() ? "Null" : value_entry(value, type));
-    if (shown.size() > kMostCatalogueValues && strRelation != kRelationWithAllValues) {
-      shown.pop_front();
-    }
+    shown.add(value.is_null() ? "Null" : value_entry(value, type));
   }
-  for (const std::string& value : shown) cboValue.add(value);
+  for (const std::string& value : shown.entries()) cboValue.add(value);
 }
 
 std::string F_Selection::value_query_tail(std::string_view main_table) const {
@@ -220,7 +226,7 @@ void F_Selection::cboOperator_Click() {
   const bool is_list = cboOperator.text() == "IN";
   btnPlus.set_enabled(is_list);
   btnMinus.set_enabled(is_list);
-  strValue = is_list ? "()" : converted_value();
+  strValue = is_list ? "()" : converted_element();
   ShowFormula();
 }
 

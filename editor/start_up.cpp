@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "editor/f_selection.h"
+#include "editor/field_lists.h"
 #include "engine/model_relation.h"
 #include "engine/queries.h"
 #include "interface/module_state.h"
@@ -19,24 +20,13 @@ namespace {
 
 constexpr std::int32_t kOrWordText = 3441;
 
+// Until a field is chosen, the operators of this type are offered.
+constexpr std::int16_t kTextOperators = 1001;
+
 // The code under which the editor works on a relation.
 struct EditorRelation {
   CodeTest code;
   std::string_view relation;
-};
-
-// How the field numbers of a list become the identifiers of criteria strings.
-enum class Mapping {
-  kOwnCode,        // by the relation code itself
-  kLogReverse,     // back from the invoice log
-  kHeaderReverse,  // back from the invoice headers
-  kNumberMap,      // by inverting the code's mapping of 1 to 3000
-};
-
-struct FieldListRule {
-  CodeTest code;
-  std::string_view list_key;
-  Mapping mapping = Mapping::kOwnCode;
 };
 
 // clang-format off
@@ -69,141 +59,19 @@ constexpr std::array kEditorRelations = {
     EditorRelation{prefix("STAMMEINGABE_BB"), "STAMMEINGABE_BB"},
 };
 
-// Catalogue relations without a row use their own code as key.
-constexpr std::array kFieldLists = {
-    FieldListRule{exact("HIZBB_SELEKTION_BBHIZ_HAB"), "BBHAB_RECHNUNG"},
-    FieldListRule{exact("HIZBB_SELEKTION_BBHIZ_ARTIKEL"), "BBHIZ_ARTIKEL"},
-    FieldListRule{exact("HIZBB_SELEKTION_ANGEBOT"), "BBHAB_ANGEBOT"},
-    FieldListRule{exact("HIZBB_SELEKTION_RECHNUNG"), "BBHAB_RECHNUNG"},
-    FieldListRule{exact("ABSCHLAG_SELEKTION_RECHNUNG"), "BBHAB_RECHNUNG"},
-    FieldListRule{exact("HIZBB_SELEKTION_SERVICE_HAB1"), "BBHAB_RECHNUNG"},
-    FieldListRule{exact("HIZBB_SELEKTION_SERVICE_HAB2"), "BBHAB_RECHNUNG"},
-    FieldListRule{exact("HIZBB_SELEKTION_SERVICE_HAB3"), "BBHAB_RECHNUNG"},
-    FieldListRule{exact("HIZBB_SELEKTION_RECHNUNG_MV"), "BBHAB_RECHNUNG_MV"},
-    FieldListRule{exact("HIZBB_SELEKTION_FAKTURA"), "BBFAK_FAKTURA"},
-    FieldListRule{exact("HIZBB_SELEKTION_BBKLRIZ"), "BBTALK"},
-    FieldListRule{exact("HIZBB_SELEKTION_AUFTRAG"), "PLAN_BEARBEITUNG_BB"},
-    FieldListRule{exact("HIZBB_SELEKTION_FHPIZ"), "FHPIZ"},
-    FieldListRule{exact("FI_NUTZERRECHTE"), "USERS"},
-    FieldListRule{exact("AUFTRAGSKATALOG"), "AKAT"},
-    FieldListRule{exact("JAGD_PLAN"), "BBJAGD"},
-    FieldListRule{exact("JAGD_WILD"), "BBWILD"},
-    FieldListRule{exact("JAGD_HUNDE"), "BBHUNDE"},
-    FieldListRule{exact("JAGD_STRECKE"), "BBSTRK"},
-    FieldListRule{exact("VERLOHN"), "VERLOHN"},
-    FieldListRule{exact("WAL_BB"), "WAL_BB"},
-    FieldListRule{exact("DTZB"), "DTZB"},
-    FieldListRule{exact("BB_JAGDBEZIRKE"), "BB_JAGDBEZIRKE"},
-    FieldListRule{exact("BB_MASCH_FAHRT"), "BBFAHR"},
-    FieldListRule{exact("BB_T_OBJEKTE"), "BBOBJ"},
-    FieldListRule{exact("STEHAPR"), "STEH"},
-    FieldListRule{exact("STEHEXPAPR"), "STEH"},
-    FieldListRule{exact("HIZBB_SELEKTION_SIZ"), "STEH"},
-    FieldListRule{exact("MEISTVERK"), "MVLOSE"},
-    FieldListRule{exact("HIZBB_SELEKTION_MVIZ"), "MVLOSE"},
-    FieldListRule{exact("FHPEXP"), "FHPEXP"},
-    FieldListRule{exact("HIZBB_SELEKTION_LIZ"), "LIZ"},
-    FieldListRule{exact("HIZBB_SELEKTION_KIZ"), "KIZ"},
-    FieldListRule{exact("HIZBB_SELEKTION_MAP"), "BBMAP"},
-    FieldListRule{prefix("4PAG"), "SAPAGRUPPE"},
-    FieldListRule{prefix("BELEG_BB"), "BBKLR"},
-    FieldListRule{prefix("LEISTUNGS_BB"), "BBLTN"},
-    FieldListRule{prefix("ANGEBOT_BB"), "ANGEBOT_BB"},
-    FieldListRule{prefix("RECHNUNG_BB"), "RECHNUNG_BB"},
-    FieldListRule{prefix("FAKTURA_BB"), "FAKTURA_BB"},
-    FieldListRule{prefix("STAMMEINGABE_BB"), "BBHAB"},
-    FieldListRule{exact("1VM-A"), "ARTIKEL", Mapping::kHeaderReverse},
-    FieldListRule{exact("2ABR#-A"), "ARTIKEL", Mapping::kHeaderReverse},
-    FieldListRule{exact("1VM"), "LOG", Mapping::kLogReverse},
-    FieldListRule{exact("2ABR#"), "LOG", Mapping::kLogReverse},
-    FieldListRule{exact("2SERV"), "PERSONAL"},
-    FieldListRule{exact("2PVK"), "PERSONAL"},
-    FieldListRule{exact("2PVALL"), "PERSONAL"},
-    FieldListRule{exact("2PALL"), "PERSONAL"},
-    FieldListRule{exact("2PVA#"), "PERSONAL"},
-    FieldListRule{exact("2PVARB"), "PERSONAL"},
-    FieldListRule{exact("2PLIEF"), "PERSONAL"},
-    FieldListRule{exact("2PVS"), "PERSONAL"},
-    FieldListRule{exact("2PVM"), "PERSONAL"},
-    FieldListRule{exact("2PWS"), "PERSONAL"},
-    FieldListRule{exact("2PVAP"), "PERSONAL"},
-    FieldListRule{exact("LAGER_BB"), "LAGER_BB"},
-    FieldListRule{exact("VERTSCH_BB"), "VERTSCH_BB"},
-    FieldListRule{exact("WAREN"), "WAREN"},
-    FieldListRule{exact("KLR_UBERNAHME"), "KLR_UBERNAHME"},
-    FieldListRule{exact("SERVICE_BB"), "BBHAB_UMBUCH"},
-    FieldListRule{exact("ZIELVEREINBARUNG_BB"), "BBZV"},
-    FieldListRule{exact("MONATSARBEITSPLAN_BB"), "BBMAP"},
-    FieldListRule{exact("BB_T_AUFTRAGS_PLANUNG"), "BBAUFTRAGS_PLANUNG"},
-    FieldListRule{exact("1LV"), "LOG", Mapping::kNumberMap},
-    FieldListRule{exact("1SERV"), "LOG", Mapping::kNumberMap},
-    FieldListRule{exact("1EXP"), "LOG", Mapping::kNumberMap},
-    FieldListRule{exact("NML"), "LOG", Mapping::kNumberMap},
-    FieldListRule{exact("2EML"), "LOG", Mapping::kNumberMap},
-    FieldListRule{prefix_any_case("VERTP"), "LOG", Mapping::kNumberMap},
-    FieldListRule{prefix_any_case("VERTM"), "LOG", Mapping::kNumberMap},
-    FieldListRule{prefix("HIZ_SELEKTION_"), "HIZ", Mapping::kNumberMap},
-};
-
 // clang-format on
 
-// This relation has a field list of its own and shares everything else with another.
-constexpr std::string_view kOfferedByList = "HIZBB_SELEKTION_RECHNUNG_MV";
-constexpr std::string_view kOfferedByListBase = "HIZBB_SELEKTION_RECHNUNG";
-
 constexpr CodeTest code_of_relation(const EditorRelation& r) { return r.code; }
-constexpr CodeTest code_of_list(const FieldListRule& r) { return r.code; }
 static_assert(rows_are_distinct(kEditorRelations, code_of_relation));
-static_assert(rows_are_distinct(kFieldLists, code_of_list));
-
-template <class Rules>
-auto find_rule(const Rules& rules, std::string_view code) {
-  return std::find_if(rules.begin(), rules.end(),
-                      [code](const auto& rule) { return matches(rule.code, code); });
-}
 
 std::string upper_trimmed_code(std::string_view code) { return text::upper(text::trim(code)); }
 
 std::string editor_relation(std::string_view code) {
-  const auto rule = find_rule(kEditorRelations, code);
+  const auto rule =
+      std::find_if(kEditorRelations.begin(), kEditorRelations.end(),
+                   [code](const EditorRelation& row) { return matches(row.code, code); });
   return rule == kEditorRelations.end() ? upper_trimmed_code(code) : std::string(rule->relation);
 }
-
-// The first column of the first row of a configuration list, split at its commas.
-std::vector<std::string> list_setting(Connection& connection, std::string_view relation) {
-  const auto row = open_query(connection, "SELECT ISNULL(MODEL,'') FROM MODELS WHERE RELATION = '" +
-                                              std::string(relation) + "'");
-  std::vector<std::string> items;
-  if (row->eof()) return items;
-  const std::string list = row->value(std::size_t{0}).text();
-  for (const std::string_view item : text::split(list, ',')) items.emplace_back(text::trim(item));
-  return items;
-}
-
-// Field numbers to identifiers, for numbers from 1 to 3000.
-class NumberMap {
- public:
-  static constexpr std::int32_t kLast = 3000;
-
-  NumberMap(TableAccessService& service, std::string_view code) {
-    for (std::int32_t id = 1; id <= kLast; ++id) {
-      const std::int32_t number = service.MapFieldId(code, id);
-      if (is_inside(number)) ids_[static_cast<std::size_t>(number)] = static_cast<std::int16_t>(id);
-    }
-  }
-
-  void hide(std::int64_t number) {
-    if (is_inside(number)) ids_[static_cast<std::size_t>(number)] = 0;
-  }
-
-  std::int32_t id_of(std::int32_t number) const {
-    return is_inside(number) ? ids_[static_cast<std::size_t>(number)] : 0;
-  }
-
- private:
-  static bool is_inside(std::int64_t number) { return number >= 1 && number <= kLast; }
-  std::array<std::int16_t, kLast + 1> ids_{};
-};
 
 // The number that a code carries behind its first five characters; 0 when it carries none.
 std::int32_t contract_number(std::string_view code) {
@@ -232,28 +100,37 @@ std::optional<ContractSelection> contract_selection(std::string_view relation) {
 }
 
 void F_Selection::InitForm(const KesVar& context, std::string& relation_code) {
+  forget_relation();
   context_ = context;
   blnOracle = connection().kind() == ConnectionKind::kOracle;
   if (!loaded_) Form_Load();
   bind_relation(relation_code);
-  ListCriteria.clear();
-  cboValue.clear();
+  FillOperatorList(cboOperator, kTextOperators);
   if (equals_code("2ABR#", relation_code)) strRelation = upper_trimmed_code(relation_code);
   fill_models();
-  txtStandard.set_text(GetStandardModelName());
   select_start_model();
   cboValue.set_text("");
+  Formula.set_text("");
+}
+
+// Nothing of the last relation may be left where binding to the next one fails half-way: its lines
+// would be committed under the new relation. Its row set goes before the connection that it is on.
+void F_Selection::forget_relation() {
+  caption_ = kCaption;
+  strNickName.clear();
+  strValue.clear();
+  dbSelektion.reset();
+  for (EntryList* list : std::initializer_list<EntryList*>{&ListCriteria, &cboField, &cboOperator,
+                                                           &cboValue, &Model}) {
+    list->clear();
+  }
+  txtStandard.set_text("");
   Formula.set_text("");
 }
 
 void F_Selection::bind_relation(std::string& relation_code) {
   strParameter = relation_code;
   strRelation = editor_relation(relation_code);
-  strNickName.clear();
-  strValue.clear();
-  dbSelektion.reset();
-  cboField.clear();
-  cboOperator.clear();
   if (IsCatalogueRelation(relation_code)) {
     fill_catalogue_fields(relation_code);
   } else {
@@ -262,48 +139,15 @@ void F_Selection::bind_relation(std::string& relation_code) {
 }
 
 void F_Selection::fill_catalogue_fields(std::string& relation_code) {
-  const auto rule = find_rule(kFieldLists, relation_code);
-  const std::string list_key =
-      rule == kFieldLists.end() ? relation_code : std::string(rule->list_key);
-  const Mapping mapping = rule == kFieldLists.end() ? Mapping::kOwnCode : rule->mapping;
-
-  const std::shared_ptr<TableAccessService> service = suite().table_access();
-  service->FillFieldList(list_key, cboField, context_, 0);
-  if (relation_code == kOfferedByList) {
-    relation_code = kOfferedByListBase;
+  const FieldList list = field_list_of(relation_code);
+  if (list.relation != relation_code) {
+    relation_code = list.relation;
     strParameter = relation_code;
     strRelation = relation_code;
   }
-
-  std::optional<NumberMap> numbers;
-  if (mapping == Mapping::kNumberMap) {
-    numbers.emplace(*service, relation_code);
-    if (relation_code.starts_with("HIZ_SELEKTION_")) {
-      for (const std::string& item : list_setting(connection(), "USERFIELDS")) {
-        if (const auto number = text::to_integer(item)) numbers->hide(*number);
-      }
-    }
-  }
-  const auto id_of = [&](std::int32_t number) -> std::int32_t {
-    switch (mapping) {
-      case Mapping::kLogReverse:
-        return service->MapFieldId("1VM_REVERS", number);
-      case Mapping::kHeaderReverse:
-        return service->MapFieldId("1VM-A_REVERS", number);
-      case Mapping::kNumberMap:
-        return numbers->id_of(number);
-      case Mapping::kOwnCode:
-        break;
-    }
-    return service->MapFieldId(relation_code, number);
-  };
-  for (int i = cboField.count() - 1; i >= 0; --i) {
-    const std::int32_t id = id_of(cboField.item_data(i));
-    if (id == 0) {
-      cboField.remove(i);
-    } else {
-      cboField.set_item_data(i, id);
-    }
+  for (const ListEntry& field : offered_fields(list, connection(), context_)) {
+    cboField.add(field.text);
+    cboField.set_item_data(cboField.new_index(), field.item_data);
   }
 }
 
@@ -313,7 +157,7 @@ void F_Selection::fill_selektion_fields() {
                                 : equals_code("2ABR#-A", strRelation) ? "1VM-A"
                                                                       : strRelation;
   std::optional<std::vector<std::string>> permitted;
-  if (strRelation == "4ARB") permitted = list_setting(connection(), "BBFIZ");
+  if (strRelation == "4ARB") permitted = field_setting(connection(), "BBFIZ");
 
   dbSelektion = connection().open(
       "SELECT SELEKTION.*,STRINGS." + language + ",STRINGS.CUSTOM_" + language +
@@ -336,13 +180,12 @@ void F_Selection::fill_selektion_fields() {
 std::string F_Selection::GetModelRelation() const { return model_relation_for_editor(strRelation); }
 
 void F_Selection::fill_models() {
-  Model.clear();
   const auto models = open_query(
       connection(),
       "SELECT MODELS.ID,MODELS.NAME FROM MODELS"
       " LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS = ACCESS_LEVELS.ID"
       " WHERE MODELS.RELATION = '" +
-          GetModelRelation() + "' AND " + visible_models() + " ORDER BY MODELS.NAME,MODELS.ID");
+          GetModelRelation() + "'" + and_visible_models() + " ORDER BY MODELS.NAME,MODELS.ID");
   for (; !models->eof(); models->move_next()) {
     Model.add(models->value("NAME").text_or_empty());
     Model.set_item_data(Model.new_index(), models->value("ID").integer());
@@ -350,12 +193,10 @@ void F_Selection::fill_models() {
 }
 
 void F_Selection::select_start_model() {
+  const int standard = standard_model_index();
+  if (standard != -1) txtStandard.set_text(Model.entry_text(standard));
   if (Model.count() == 0) return;
-  const std::int32_t standard = standard_model();
-  for (int i = 0; i < Model.count() && Model.index() == -1; ++i) {
-    if (Model.item_data(i) == standard) Model.set_index(i);
-  }
-  if (Model.index() == -1) Model.set_index(0);
+  Model.set_index(std::max(standard, 0));
   Model_DblClick();
 }
 
@@ -364,12 +205,19 @@ void F_Selection::Run(const KesVar& context, std::string& strSelektion_Fr_Wh,
   context_ = context;
   blnReadOnly = ReadOnly;
   module_state().blnOK = user_locale().boolean_text(false);
-  intStartState = 2;
-  SetListButtons();
-  load_start_selection(strSubset);
-  RefreshModelState();
-  show_modally();
-  intStartState = 0;
+  struct Preparing {
+    explicit Preparing(std::int16_t& its_state) : state(its_state) { state = 2; }
+    ~Preparing() { state = 0; }
+    std::int16_t& state;
+  };
+  {
+    const Preparing preparing(intStartState);
+    SetListButtons();
+    load_start_selection(strSubset);
+    RefreshModelState();
+    show_modally();
+  }
+  caption_ = kCaption;
   strSelektion_Fr_Wh = module_state().strSelektion_Fr_Wh;
   strSelektionFormula = module_state().strSelektionFormula;
 }

@@ -47,12 +47,12 @@ void Comm_Sel::Fill_ComboModel(const KesVar& KesVar, ComboPort& tmpCombo,
   const std::string relation = model_relation_for_list(strParameter);
   tmpCombo.Clear();
   const std::string visible = suite().access_level_filter()->restrict("MODELS", "", KesVar, 0);
-  const auto models =
-      open_query(connection_of(KesVar),
-                 "SELECT MODELS.ID,MODELS.NAME,MODELS.STANDARD FROM MODELS"
-                 " LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS = ACCESS_LEVELS.ID"
-                 " WHERE MODELS.RELATION = '" +
-                     relation + "' AND " + visible + " ORDER BY MODELS.NAME");
+  const auto models = open_query(
+      connection_of(KesVar),
+      "SELECT MODELS.ID,MODELS.NAME,MODELS.STANDARD FROM MODELS"
+      " LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS = ACCESS_LEVELS.ID"
+      " WHERE MODELS.RELATION = '" +
+          relation + "'" + (visible.empty() ? "" : " AND " + visible) + " ORDER BY MODELS.NAME");
 
   // The empty entry lets the user choose no model.
   tmpCombo.AddItem("");

@@ -126,7 +126,7 @@ class Drawer {
     if (is_date(type)) return dice_.one_in(2) ? relative_date(is_list) : typed_date();
     if (type == FieldType::kDBTime) return word(type, time());
     if (type == FieldType::kBoolean) return boolean();
-    return is_text(type) ? word(type, characters()) : number(type, is_list);
+    return is_text(type) ? word(type, characters()) : number(type);
   }
 
   // A value that is stored as it is typed.
@@ -155,15 +155,15 @@ class Drawer {
 
   std::string decimal_separator() const { return settings_.language == "EN" ? "." : ","; }
 
-  // A double is brought into the server's notation, except in a list. "." is that notation already.
-  DrawnValue number(FieldType type, bool is_list) {
+  // A double is brought into the server's notation. "." is that notation already.
+  DrawnValue number(FieldType type) {
     const std::string sign = dice_.one_in(5) ? "-" : "";
     const std::string whole = std::to_string(dice_.below(100000));
     if (!dice_.one_in(3)) return word(type, sign + whole);
     const std::string fraction = std::to_string(dice_.below(1000));
     const std::string separator = dice_.one_in(3) ? "." : decimal_separator();
     DrawnValue drawn = word(type, sign + whole + separator + fraction);
-    if (type == FieldType::kDouble && !is_list) {
+    if (type == FieldType::kDouble) {
       drawn.shown = sign + whole + "." + fraction;
       drawn.stored = drawn.shown;
     }

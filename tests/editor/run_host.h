@@ -52,6 +52,13 @@ struct RunHost : EditorHost {
                        {std::move(row)});
   }
 
+  // The database says this from now on: the answer that was valid so far is passed over.
+  void change_state(const std::string& sql, Row row) {
+    answer_state(sql, std::move(row));
+    connection->open(sql, CursorType::kForwardOnly, LockType::kReadOnly);
+    forget();
+  }
+
   void answer_criteria(int model, Value criteria) {
     connection->answer("SELECT MODEL FROM MODELS WHERE ID = " + std::to_string(model), {{"MODEL"}},
                        {{std::move(criteria)}});
