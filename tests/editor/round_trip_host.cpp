@@ -35,6 +35,50 @@ constexpr std::array kTypes = {FieldType::kSmallInt,
                                FieldType::kVarWChar,
                                FieldType::kLongVarWChar};
 
+// The two operations that every line asks for answer without being written down.
+class QuickTableAccess : public TableAccessService {
+ public:
+  QuickTableAccess(std::shared_ptr<TableAccessService> others, const FakeAnswers& answers)
+      : others_(std::move(others)), answers_(answers) {}
+
+  std::int32_t MapFieldId(std::string_view relation, std::int32_t field_id) override {
+    return answers_.map_field_id(relation, field_id);
+  }
+  std::string field_format(std::string_view, std::int32_t number, const KesVar&) override {
+    const auto format = answers_.field_formats.find(number);
+    return format == answers_.field_formats.end() ? std::string() : format->second;
+  }
+
+  void FillFieldList(std::string_view list_key, EntryList& list, const KesVar& context,
+                     std::int32_t option) override {
+    others_->FillFieldList(list_key, list, context, option);
+  }
+  std::string AddFieldTables(std::string_view table_key, std::int32_t number,
+                             std::string_view from_text, std::string_view run_type,
+                             const KesVar& context) override {
+    return others_->AddFieldTables(table_key, number, from_text, run_type, context);
+  }
+  std::string GetFieldExpression(std::string_view table_key, std::int32_t number,
+                                 std::int32_t option1, std::int32_t option2,
+                                 const KesVar& context) override {
+    return others_->GetFieldExpression(table_key, number, option1, option2, context);
+  }
+  std::string AddTable(std::string_view from_text, std::string_view table,
+                       std::string_view run_type) override {
+    return others_->AddTable(from_text, table, run_type);
+  }
+  std::string AddCondition(std::string_view condition, std::string_view further) override {
+    return others_->AddCondition(condition, further);
+  }
+  std::string order_restriction(const KesVar& context) override {
+    return others_->order_restriction(context);
+  }
+
+ private:
+  std::shared_ptr<TableAccessService> others_;
+  const FakeAnswers& answers_;
+};
+
 // A suite whose dates and numbers are formatted as without the suite.
 class FormattingSuite : public FakeSuite {
  public:
@@ -42,6 +86,9 @@ class FormattingSuite : public FakeSuite {
       : FakeSuite(std::move(log)),
         formatters_(
             make_standalone_suite(std::make_shared<RecordingConnection>(), std::move(locale))) {}
+  std::shared_ptr<TableAccessService> table_access() override {
+    return std::make_shared<QuickTableAccess>(FakeSuite::table_access(), answers());
+  }
   std::shared_ptr<NumFormatter> num_formatter() override { return formatters_->num_formatter(); }
   std::shared_ptr<DateFormatter> date_formatter() override { return formatters_->date_formatter(); }
 
@@ -115,7 +162,14 @@ void RoundTripHost::put_lines(const std::vector<DrawnLine>& lines) {
   }
 }
 
-ContractRoundTrip::ContractRoundTrip(const UserSettings& settings) : RoundTripHost(settings) {
+ContractRoundTrip::ContractRoundTrip(const UserSettings& settings)
+    : ContractRoundTrip(
+          settings, "VERTP12",
+          " WHERE FHP_IMPORT.ERRORTEXT IS NULL AND FHP_IMPORT.ID_FHP_IMPORT IS NULL") {}
+
+ContractRoundTrip::ContractRoundTrip(const UserSettings& settings, const std::string& relation,
+                                     const std::string& value_condition)
+    : RoundTripHost(settings) {
   *stored_ = {{{"SELEKTION_VALUE"}, {"ID", FieldType::kInteger}}, {{"", 12}}};
   quick_->share("SELECT SELEKTION_VALUE FROM VERTRAG_PREISE WHERE ID = 12", stored_);
   quick_->share("SELECT * FROM VERTRAG_PREISE WHERE ID = 12", stored_);
@@ -129,14 +183,13 @@ ContractRoundTrip::ContractRoundTrip(const UserSettings& settings) : RoundTripHo
   for (const DrawnField& field : fields) {
     offered.push_back({field.name, field.id});
     const std::string id = std::to_string(field.id);
-    answer_values("SELECT DISTINCT EXPR(LOG," + id + ") FROM <LOG,0,><LOG," + id +
-                      ",R7> WHERE FHP_IMPORT.ERRORTEXT IS NULL AND FHP_IMPORT.ID_FHP_IMPORT IS "
-                      "NULL ORDER BY 1",
+    answer_values("SELECT DISTINCT EXPR(LOG," + id + ") FROM <LOG,0,><LOG," + id + ",R7>" +
+                      value_condition + " ORDER BY 1",
                   {Value(), "0"});
   }
   offer("LOG", std::move(offered));
-  answer_models("VERTP");
-  start_with("VERTP12", std::move(fields));
+  answer_models(relation.substr(0, 5));
+  start_with(relation, std::move(fields));
 }
 
 std::string ContractRoundTrip::store() {
@@ -191,10 +244,13 @@ void HostRoundTrip::load(const std::string& stored) {
   editor->FillListCriteria(context, stored, "SONST");
 }
 
+CatalogueRoundTrip::CatalogueRoundTrip(const UserSettings& settings)
+    : ContractRoundTrip(settings, "1EXP", "") {}
+
 std::string CatalogueRoundTrip::store() { return editor->GetWriteString(context); }
 
 void CatalogueRoundTrip::load(const std::string& stored) {
-  editor->FillListCriteria(context, stored, "VERTP12");
+  editor->FillListCriteria(context, stored, "1EXP");
 }
 
 }  // namespace kestrova::test

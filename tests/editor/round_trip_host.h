@@ -55,6 +55,11 @@ class ContractRoundTrip : public RoundTripHost {
   explicit ContractRoundTrip(const UserSettings& settings);
   std::string store() override;
   void load(const std::string& stored) override;
+
+ protected:
+  // Opens a relation of the log, whose value queries have this condition.
+  ContractRoundTrip(const UserSettings& settings, const std::string& relation,
+                    const std::string& value_condition);
 };
 
 // By a model of a relation whose fields SELEKTION describes, of every type that the editor knows.
@@ -75,7 +80,7 @@ class HostRoundTrip : public ModelRoundTrip {
 
 class CatalogueRoundTrip : public ContractRoundTrip {
  public:
-  using ContractRoundTrip::ContractRoundTrip;
+  explicit CatalogueRoundTrip(const UserSettings& settings);
   std::string store() override;
   void load(const std::string& stored) override;
 };

@@ -37,7 +37,7 @@ const Way kWays[] = {{"Contract", 250, 4, make<ContractRoundTrip>},
                      {"Model", 250, 4, make<ModelRoundTrip>},
                      {"Host", 1500, 20, make<HostRoundTrip>},
                      {"Catalogue", 6400, 40, make<CatalogueRoundTrip>}};
-const char* const kDateOrders[] = {"DMY", "MDY", "YMD", "YDM"};
+const std::string kDateOrders[] = {"DMY", "MDY", "YMD", "YDM"};
 const char* const kLanguages[] = {"DE", "EN", "FR"};
 
 constexpr std::uint64_t kFirstSeed = 20'260'000;
@@ -76,7 +76,7 @@ testing::AssertionResult comes_back(RoundTripHost& host, const std::vector<Drawn
                  << "\n  second:   " << second << "\n  error:    " << error;
 }
 
-class RoundTrip : public testing::TestWithParam<std::tuple<Way, const char*>> {};
+class RoundTrip : public testing::TestWithParam<std::tuple<Way, std::string>> {};
 
 TEST_P(RoundTrip, StoresTheSameTextAgain) {
   const auto& [way, order] = GetParam();
