@@ -27,6 +27,8 @@ inline std::string model_state_query(const std::string& model_relation, int mode
 }
 
 struct RunHost : EditorHost {
+  using EditorHost::EditorHost;
+
   // MODELS.ID and NAME of the models of a relation; no property is set.
   void answer_models(const std::string& model_relation,
                      const std::vector<std::pair<int, std::string>>& models = {}) {
