@@ -112,8 +112,7 @@ class Drawer {
       const std::size_t count = is_list ? 1 + dice_.below(4) : 1;
       for (std::size_t i = 0; i < count; ++i) drawn.values.push_back(value(field.type, is_list));
       const bool comes_back = !ends_its_record(drawn) && !hides_its_operator(drawn) &&
-                              !cuts_its_list(drawn) && !is_true_boolean(drawn) &&
-                              !lists_null_as_a_date(drawn);
+                              !cuts_its_list(drawn) && !lists_null_as_a_date(drawn);
       if (comes_back) return drawn;
     }
   }
@@ -291,10 +290,6 @@ bool cuts_its_list(const DrawnLine& line) {
   const std::string stored =
       is_date(line.field->type) ? joined(line.values, &DrawnValue::stored, ",") : shown;
   return is_cut(line.field->name, shown) || is_cut(std::to_string(line.field->id), stored);
-}
-
-bool is_true_boolean(const DrawnLine& line) {
-  return line.field->type == FieldType::kBoolean && line.values[0].stored == "1";
 }
 
 bool lists_null_as_a_date(const DrawnLine& line) {

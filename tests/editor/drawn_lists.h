@@ -64,10 +64,6 @@ bool hides_its_operator(const DrawnLine& line);
 // That of GETDATE() is one too: a stored list of several relative dates is always cut.
 bool cuts_its_list(const DrawnLine& line);
 
-// A true boolean is stored as 1 (or as the word between apostrophes), and a line is true for the
-// bare words only: read back, it becomes false.
-bool is_true_boolean(const DrawnLine& line);
-
 // NULL is known as a value of its own. In a list of dates it is a text that is no date, and storing
 // the list fails.
 bool lists_null_as_a_date(const DrawnLine& line);

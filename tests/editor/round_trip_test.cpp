@@ -190,19 +190,18 @@ TEST(NotDrawn, ACommaInAListOfDatesSeparatesThem) {
   EXPECT_EQ(host.store(), "60 IN (GETDATE()+1,GETDATE()+5) ;");
 }
 
-TEST(NotDrawn, ATrueBooleanBecomesFalse) {
+TEST(NotDrawn, ABooleanIsTrueOrFalseAndNeverNull) {
   HostRoundTrip host(kGerman);
-  EXPECT_EQ(trip(host, "Feld 11 = Wahr"), (Texts{"21 = 1;", "Feld 11 = 1", "21 = 0;"}));
-  EXPECT_EQ(trip(host, "Feld 11 = Null"), (Texts{"21 = 0;", "Feld 11 = 0", "21 = 0;"}));
+  EXPECT_EQ(trip(host, "Feld 11 = Wahr"), (Texts{"21 = 1;", "Feld 11 = Wahr", "21 = 1;"}));
+  EXPECT_EQ(trip(host, "Feld 11 = Null"), (Texts{"21 = 0;", "Feld 11 = Falsch", "21 = 0;"}));
   rename(host, "Feld 11", "Status");
-  EXPECT_EQ(trip(host, "Status = Wahr"),
-            (Texts{"21 = 'Wahr';", "Status = 'Wahr'", "21 = 'Falsch';"}));
+  EXPECT_EQ(trip(host, "Status = Wahr"), (Texts{"21 = 'Wahr';", "Status = Wahr", "21 = 'Wahr';"}));
 }
 
-TEST(NotDrawn, AUnitIsStoredAsAFlagAndNotReadBack) {
+TEST(NotDrawn, AUnitIsStoredAsAFlag) {
   HostRoundTrip host(kGerman);
   rename(host, "Feld 11", "RINDEPROZENT");
-  EXPECT_EQ(trip(host, "RINDEPROZENT = cm"), (Texts{"21 = 1;", "RINDEPROZENT = 1", "21 = 0;"}));
+  EXPECT_EQ(trip(host, "RINDEPROZENT = cm"), (Texts{"21 = 1;", "RINDEPROZENT = cm", "21 = 1;"}));
   // As the value list offers it.
   EXPECT_EQ(trip(host, "RINDEPROZENT = 'cm'"), (Texts{"21 = 0;", "RINDEPROZENT = 0", "21 = 0;"}));
   rename(host, "RINDEPROZENT", "DM/EURO");
@@ -232,7 +231,6 @@ DrawnLine line_of(const DrawnField& field, const std::string& op, std::vector<Dr
 TEST(DrawnLists, APredicateHoldsForItsLinesOnly) {
   const DrawnField text = {5, "Größe", FieldType::kVarWChar, {}};
   const DrawnField date = {60, "Datum", FieldType::kDate, {}};
-  const DrawnField truth = {21, "Gesperrt", FieldType::kBoolean, {}};
   const auto word = [](const std::string& typed) {
     return DrawnValue{typed, "'" + typed + "'", "'" + typed + "'"};
   };
@@ -260,9 +258,6 @@ TEST(DrawnLists, APredicateHoldsForItsLinesOnly) {
   EXPECT_TRUE(cuts_its_list(line_of(date, "IN", {days("1000")})));
   EXPECT_TRUE(cuts_its_list(line_of(date, "IN", {days("5"), days("3")})));
   EXPECT_FALSE(cuts_its_list(line_of(date, "=", {days("1000")})));
-
-  EXPECT_TRUE(is_true_boolean(line_of(truth, "=", {{"Wahr", "Wahr", "1"}})));
-  EXPECT_FALSE(is_true_boolean(line_of(truth, "=", {{"1", "1", "0"}})));
 
   EXPECT_TRUE(lists_null_as_a_date(line_of(date, "IN", {{"null", "'null'", "Null"}})));
   EXPECT_FALSE(lists_null_as_a_date(line_of(date, "=", {{"null", "'null'", "Null"}})));
