@@ -101,9 +101,9 @@ std::optional<ContractSelection> contract_selection(std::string_view relation) {
 
 void F_Selection::InitForm(const KesVar& context, std::string& relation_code) {
   context_ = context;
+  forget_relation();
   blnOracle = connection().kind() == ConnectionKind::kOracle;
   if (!loaded_) Form_Load();
-  forget_relation();
   bind_relation(relation_code);
   FillOperatorList(cboOperator, kTextOperators);
   if (equals_code("2ABR#", relation_code)) strRelation = upper_trimmed_code(relation_code);
