@@ -218,13 +218,16 @@ TEST(LoadText, FailsForAFieldThatIsNoNumber) {
   EXPECT_EQ(host.load("=== ODER ===;5 = 'FI';"), (Lines{kOr, {"Holzart = 'FI'", 5}}));
 }
 
-// A criteria string of that many records, and the lines that show it.
+// A criteria string of that many records, and the lines that show it. Most are OR lines, which ask
+// for no type.
 std::pair<std::string, Lines> numbered_criteria(int count) {
   std::string criteria;
   Lines lines;
   for (int i = 0; i < count; ++i) {
-    criteria += "7 = " + std::to_string(i) + ";";
-    lines.push_back({"Menge = " + std::to_string(i), 7});
+    const std::string number = std::to_string(i);
+    const bool is_or = i % 50 != 0;
+    criteria += is_or ? kOr.text + ";" : "7 = " + number + ";";
+    lines.push_back(is_or ? kOr : ListEntry{"Menge = " + number, 7});
   }
   return {criteria, lines};
 }
