@@ -7,83 +7,13 @@
 
 #include <map>
 #include <string>
-#include <vector>
 
+#include "bench/fixed_suite.h"
 #include "engine/comm_sel.h"
 #include "interface/module_state.h"
-#include "platform/error.h"
-#include "platform/text.h"
 
 namespace kestrova {
 namespace {
-
-constexpr std::string_view kFrom =
-    "LOGS INNER JOIN LISTENKOPF ON LISTENKOPF.ID = LOGS.ID_LISTENKOPF";
-
-class FixedTableAccess final : public TableAccessService {
- public:
-  void FillFieldList(std::string_view, EntryList&, const KesVar&, std::int32_t) override {}
-  std::int32_t MapFieldId(std::string_view, std::int32_t field_id) override { return field_id; }
-  std::string AddFieldTables(std::string_view, std::int32_t, std::string_view, std::string_view,
-                             const KesVar&) override {
-    return std::string(kFrom);
-  }
-  std::string GetFieldExpression(std::string_view, std::int32_t, std::int32_t, std::int32_t,
-                                 const KesVar&) override {
-    return "LOGS.MENGE";
-  }
-  std::string field_format(std::string_view, std::int32_t, const KesVar&) override {
-    return "0.00";
-  }
-  std::string AddTable(std::string_view from_text, std::string_view table,
-                       std::string_view) override {
-    return std::string(from_text.empty() ? table : from_text);
-  }
-  std::string AddCondition(std::string_view condition, std::string_view) override {
-    return std::string(condition);
-  }
-  std::string order_restriction(const KesVar&) override { return {}; }
-};
-
-class NoRestriction final : public AccessLevelFilter {
- public:
-  std::string restrict(std::string_view, std::string_view condition, const KesVar&,
-                       std::int32_t) override {
-    return std::string(condition);
-  }
-};
-
-// Remembers where the records of the text begin, as the service's contract asks.
-class Records final : public StrTokens {
- public:
-  std::int32_t TokenCount(std::string_view text, std::string_view separator) override {
-    records_ = text::split(text, separator.front());
-    if (records_.back().empty()) records_.pop_back();
-    return static_cast<std::int32_t>(records_.size());
-  }
-  std::string_view TokenAt(std::string_view, std::string_view, std::int32_t index) override {
-    return records_[static_cast<std::size_t>(index)];
-  }
-
- private:
-  std::vector<std::string_view> records_;
-};
-
-class FixedSuite final : public Suite {
- public:
-  std::shared_ptr<LocTexts> loc_texts() override { return nullptr; }
-  std::shared_ptr<TableAccessService> table_access() override { return table_access_; }
-  std::shared_ptr<AccessLevelFilter> access_level_filter() override { return filter_; }
-  std::shared_ptr<ModelSettings> model_settings() override { return nullptr; }
-  std::shared_ptr<SuiteOptions> suite_options() override { return nullptr; }
-  std::shared_ptr<StrTokens> str_tokens() override { return std::make_shared<Records>(); }
-  std::shared_ptr<NumFormatter> num_formatter() override { return nullptr; }
-  std::shared_ptr<DateFormatter> date_formatter() override { return nullptr; }
-
- private:
-  std::shared_ptr<TableAccessService> table_access_ = std::make_shared<FixedTableAccess>();
-  std::shared_ptr<AccessLevelFilter> filter_ = std::make_shared<NoRestriction>();
-};
 
 // A row set of equal rows: the field of the catalogue, or the column whose type is asked for.
 class FixedRows final : public Recordset {

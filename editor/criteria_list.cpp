@@ -194,26 +194,28 @@ void F_Selection::btnLast_Click() { ListCriteria.set_index(ListCriteria.count() 
 
 void F_Selection::cmdUp_Click() {
   const int index = ListCriteria.index();
-  if (index < 1) return;
-  try {
-    const ListEntry line = ListCriteria.entries()[static_cast<std::size_t>(index)];
-    insert_line(line, index - 1);
-    ListCriteria.remove(index + 1);
-    ListCriteria.set_index(index - 1);
-    SetListButtons();
-  } catch (const Error&) {
-    // A move that fails is abandoned where it stands.
-  }
+  if (index >= 1) move_selected_line(index - 1);
 }
 
 void F_Selection::cmdDown_Click() {
   const int index = ListCriteria.index();
-  if (index < 0 || index == ListCriteria.count() - 1) return;
+  if (index >= 0 && index < ListCriteria.count() - 1) move_selected_line(index + 1);
+}
+
+// To the place of its neighbour, which takes its place: no other line moves, however long the list.
+// A full list stays as it is, because a move counts as inserting the line before it is removed.
+void F_Selection::move_selected_line(int target) {
+  if (ListCriteria.entries().size() >= kMostLines) return;
+  const auto put = [this](const ListEntry& line, int index) {
+    ListCriteria.set_entry_text(index, line.text);
+    ListCriteria.set_item_data(index, line.item_data);
+  };
   try {
+    const int index = ListCriteria.index();
     const ListEntry line = ListCriteria.entries()[static_cast<std::size_t>(index)];
-    insert_line(line, index + 2);
-    ListCriteria.remove(index);
-    ListCriteria.set_index(index + 1);
+    put(ListCriteria.entries()[static_cast<std::size_t>(target)], index);
+    put(line, target);
+    ListCriteria.set_index(target);
     SetListButtons();
   } catch (const Error&) {
     // A move that fails is abandoned where it stands.

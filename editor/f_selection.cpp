@@ -9,9 +9,7 @@ namespace kestrova {
 std::shared_ptr<SelectionForm> make_selection_form() { return std::make_shared<F_Selection>(); }
 
 F_Selection& selection_editor() {
-  std::shared_ptr<SelectionForm>& form = module_state().theSelectionForm;
-  if (!form) form = make_selection_form();
-  auto* const editor = dynamic_cast<F_Selection*>(form.get());
+  auto* const editor = dynamic_cast<F_Selection*>(&selection_form(make_selection_form));
   if (editor == nullptr) throw ObjectNotSet("The selection form of the host is no editor.");
   return *editor;
 }

@@ -199,6 +199,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   [[noreturn]] static void throw_too_many_lines();
   void insert_line(const ListEntry& line, int index);
   void select_new_line(int index);
+  void move_selected_line(int target);
   void load_line(const std::string& line);
 
   // Pickers

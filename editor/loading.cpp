@@ -17,6 +17,33 @@ constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
 constexpr RecordForm kShown{.from_database = true, .to_user_format = true};
 constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = false};
 
+// A relative date as its bare offset, so that it is stored again as the date that it was.
+std::string bare_offset(const std::string& value) {
+  constexpr std::string_view kToday = "GETDATE()";
+  if (value.find(kToday) == std::string::npos) return value;
+  const std::string offset = text::replace_all(value, kToday, "");
+  const std::string without_blanks = text::replace_all(offset, " ", "");
+  if (without_blanks.empty()) return "+0";
+  return user_locale().is_numeric(without_blanks) ? without_blanks : offset;
+}
+
+// The stored value of a flag as the text from which the same flag is stored again: a bare 1 would
+// be read as false.
+std::string shown_flag(const KesVar& context, SpecialField kind, std::int16_t type,
+                       const std::string& value) {
+  if (kind == SpecialField::kBarkUnit) return value == "1" ? "cm" : value;
+  const bool is_boolean = type == static_cast<std::int16_t>(FieldType::kBoolean);
+  if (!is_boolean || kind == SpecialField::kMoneyUnit) return value;
+  for (const bool truth : {true, false}) {
+    const std::string stored =
+        kind == SpecialField::kWord
+            ? "'" + loc_texts().GetText(truth ? kTextTrue : kTextFalse, context) + "'"
+            : std::string(truth ? "1" : "0");
+    if (value == stored) return user_locale().boolean_text(truth);
+  }
+  return value;
+}
+
 }  // namespace
 
 void F_Selection::Model_DblClick() {
@@ -96,10 +123,12 @@ ListEntry F_Selection::display_line(const KesVar& context, const std::string& re
   const std::string name = field_name(context, relation, field, source);
   const std::int16_t id = text::to_int16(field);
   std::string value = value_part(context, kind, record, kStored);
-  if (IsDateFieldType(field_type(context, kind, id)) && !is_null_word(value)) {
+  const std::int16_t type = field_type(context, kind, id);
+  if (IsDateFieldType(type) && !is_null_word(value)) {
     if (!value.empty()) value = ToDateLiteral(value, context.strDateOrder);
-    if (source == kAnyField) value = text::replace_all(value, "GETDATE()", "");
+    if (source == kAnyField) value = bare_offset(value);
   }
+  value = shown_flag(context, special_field(text::trim(name)), type, value);
   const std::string op = operator_part(context, kind, record, kShown);
   return {name + " " + op + " " + value, id};
 }

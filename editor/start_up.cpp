@@ -100,8 +100,8 @@ std::optional<ContractSelection> contract_selection(std::string_view relation) {
 }
 
 void F_Selection::InitForm(const KesVar& context, std::string& relation_code) {
-  context_ = context;
   forget_relation();
+  context_ = context;
   blnOracle = connection().kind() == ConnectionKind::kOracle;
   if (!loaded_) Form_Load();
   bind_relation(relation_code);
@@ -114,7 +114,7 @@ void F_Selection::InitForm(const KesVar& context, std::string& relation_code) {
 }
 
 // Nothing of the last relation may be left where binding to the next one fails half-way: its lines
-// would be committed under the new relation.
+// would be committed under the new relation. Its row set goes before the connection that it is on.
 void F_Selection::forget_relation() {
   caption_ = kCaption;
   strNickName.clear();

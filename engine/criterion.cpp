@@ -15,8 +15,6 @@
 namespace kestrova {
 namespace {
 
-constexpr std::int32_t kTextFalse = 5;  // the words for a boolean among the localised texts
-constexpr std::int32_t kTextTrue = 6;
 
 // Where the operator stands, in bytes.
 struct OperatorSpan {

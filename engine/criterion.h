@@ -41,6 +41,10 @@ enum class SpecialField {
   kWord,       // the localised word for a boolean
 };
 
+// The numbers of the localised words for true and false.
+inline constexpr std::int32_t kTextTrue = 6;
+inline constexpr std::int32_t kTextFalse = 5;
+
 // By the field's name in either case, without surrounding blanks.
 SpecialField special_field(std::string_view field);
 

@@ -52,7 +52,7 @@ class SelectionFacade {
   std::string GetWriteString(const KesVar& KesVar);
 
   // Replaces the editor's list by the criteria string, read for the relation Parameter. Raises the
-  // errors of the lookups for a field that does not exist; the list then ends before that record.
+  // errors of the lookups for a field that does not exist; the list then stays as it was.
   void FillListCriteria(const KesVar& KesVar, std::string_view strSubset_dll,
                         std::string_view Parameter);
 

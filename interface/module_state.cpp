@@ -46,10 +46,11 @@ LocTexts& loc_texts() {
   return installed(texts, "text service");
 }
 
-SelectionForm& selection_form() {
+SelectionForm& selection_form(std::shared_ptr<SelectionForm> (*make_default)()) {
   auto& form = module_state().theSelectionForm;
   const auto& make_form = module().host.make_selection_form;
   if (!form && make_form) form = make_form();
+  if (!form && make_default != nullptr) form = make_default();
   return installed(form, "selection editor");
 }
 

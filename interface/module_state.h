@@ -19,7 +19,8 @@ struct Host {
   std::shared_ptr<Suite> suite{};
   std::shared_ptr<UserInterface> user_interface{};
   std::shared_ptr<UserLocale> user_locale{};
-  // Makes the one selection editor, on first use.
+  // Makes the one selection editor, on first use. Only lookups of fields by name that come before
+  // any selection need it; the facade makes an editor itself when it is absent.
   std::function<std::shared_ptr<SelectionForm>()> make_selection_form{};
 };
 
@@ -54,8 +55,8 @@ Suite& suite();
 UserInterface& user_interface();
 const UserLocale& user_locale();
 
-// The shared objects, made on first use.
+// The shared objects, made on first use: the form by the host, or else by make_default.
 LocTexts& loc_texts();
-SelectionForm& selection_form();
+SelectionForm& selection_form(std::shared_ptr<SelectionForm> (*make_default)() = nullptr);
 
 }  // namespace kestrova

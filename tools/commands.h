@@ -23,6 +23,9 @@ void show_values(const GlobalOptions& options, const ValuesArguments& arguments,
 bool audit(const GlobalOptions& options, const AuditArguments& arguments, std::ostream& out);
 void materialise(const GlobalOptions& options, const MaterialiseArguments& arguments,
                  std::ostream& out);
+// Runs the editor for whoever is on the standard input; writes what its commands show as it goes,
+// and only the last document to out. The exit code, as an ExitCode.
+int run_session(const GlobalOptions& options, const SessionArguments& arguments, std::ostream& out);
 void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments,
                   std::ostream& out);
 

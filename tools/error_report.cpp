@@ -20,6 +20,8 @@ std::string_view without_statement(std::string_view message) {
 ErrorReport describe_error(std::exception_ptr error) {
   try {
     std::rethrow_exception(error);
+  } catch (const ReportedError& e) {
+    return e.report;
   } catch (const DatabaseError& e) {
     return {kExitRefused, one_line(without_statement(e.what())), e.number(), e.sqlstate()};
   } catch (const Error& e) {

@@ -4,7 +4,9 @@
 #include <exception>
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace kestrova::tool {
 
@@ -13,6 +15,15 @@ struct ErrorReport {
   std::string message;        // one line
   std::optional<int> number;  // of a kestrova::Error
   std::string sqlstate;       // of a DatabaseError
+};
+
+// An error that has its words already, such as the line of the script that it belongs to.
+class ReportedError : public std::runtime_error {
+ public:
+  explicit ReportedError(ErrorReport its_report)
+      : std::runtime_error(its_report.message), report(std::move(its_report)) {}
+
+  ErrorReport report;
 };
 
 ErrorReport describe_error(std::exception_ptr error);

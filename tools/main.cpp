@@ -1,7 +1,7 @@
 // kestrova-sel: stored filters on the command line.
 //
 // Exit codes: 0 done, 1 the filter or the database refused or an audit found broken filters, 2
-// wrong usage, 3 unexpected.
+// wrong usage, 3 unexpected, 4 a session ended without its selection being confirmed.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
@@ -33,6 +33,7 @@ struct CommandLine {
   ValuesArguments values;
   AuditArguments audit;
   MaterialiseArguments materialise;
+  SessionArguments session;
   DemoDbArguments demo_db;
   Command command;
   int exit_code = kExitOk;  // of a command that has done its work
@@ -52,6 +53,7 @@ struct CommandLine {
   void add_values();
   void add_audit();
   void add_materialise();
+  void add_session();
   void add_demo_db();
 };
 
@@ -128,6 +130,7 @@ CommandLine::CommandLine() {
   add_values();
   add_audit();
   add_materialise();
+  add_session();
   add_demo_db();
 }
 
@@ -262,6 +265,31 @@ void CommandLine::add_materialise() {
   add_limit(*sub, materialise.limit);
   sub->add_flag("--batch", materialise.batch_only,
                 "Show the batch for LEISTUNGS_BB that a caller without a connection is given");
+}
+
+void CommandLine::add_session() {
+  CLI::App* sub = add("session", "Edit a selection, line by line, on the terminal or from a script",
+                      "kestrova-sel --db forest.db session 1VM <<'END'\n"
+                      "  new\n"
+                      "  field Holzart\n"
+                      "  value FI\n"
+                      "  insert\n"
+                      "  ok\n"
+                      "  END\n"
+                      "The command 'help' of the session lists its commands.\n"
+                      "Exit code 0 when the selection was confirmed, 4 when it was not.",
+                      [this](const GlobalOptions& o, std::ostream& out) {
+                        exit_code = run_session(o, session, out);
+                      });
+  add_code(*sub, session.code);
+  sub->add_flag("--read-only", session.read_only, "Look only: change nothing, confirm nothing");
+  sub->add_option("--variant,--tag", session.variant, "Variant tag of the selection")
+      ->type_name("TAG");
+  sub->add_option("--subset", session.subset, "Criteria string to start from, for the relation NML")
+      ->type_name("CRITERIA");
+  sub->add_flag("--keep-going", session.keep_going,
+                "Go on behind a command of a script that failed; the exit code stays that of the "
+                "first failure");
 }
 
 void CommandLine::add_demo_db() {

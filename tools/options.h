@@ -14,6 +14,7 @@ enum ExitCode : int {
   kExitRefused = 1,     // the filter or the database refused, an audit found broken filters
   kExitWrongUsage = 2,  // the command line makes no sense
   kExitUnexpected = 3,  // a fault of the program or the system
+  kExitCancelled = 4,   // a session ended and its selection was not confirmed
 };
 
 // A command line that makes no sense; the message says what to do.
@@ -84,6 +85,14 @@ struct MaterialiseArguments {
   Filter filter;  // read when there is no from_where
   std::int32_t limit = 10;
   bool batch_only = false;
+};
+
+struct SessionArguments {
+  std::string code;
+  std::string variant;  // variant tag
+  std::string subset;   // criteria string to start from, for the relation NML
+  bool read_only = false;
+  bool keep_going = false;  // a script goes on behind a command that failed
 };
 
 struct DemoDbArguments {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 
+#include "editor/f_selection.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/sqlite/sqlite_connection.h"
@@ -53,11 +55,10 @@ std::string_view scheme_of(std::string_view database) {
   return is_scheme ? scheme : std::string_view();
 }
 
-// Opens the file, read-only because showing what a filter selects must never change the suite's
-// data. The first look into it tells whether the suite lives there.
-std::shared_ptr<Connection> open_suite_file(const std::string& file) {
+// The first look into the file tells whether the suite lives there.
+std::shared_ptr<Connection> open_suite_file(const std::string& file, bool read_only) {
   try {
-    std::shared_ptr<Connection> connection = open_sqlite(file, {.read_only = true});
+    std::shared_ptr<Connection> connection = open_sqlite(file, {.read_only = read_only});
     connection->open("SELECT TOP 0 TABLE_KEY FROM SUITE_TABLE_KEYS", CursorType::kForwardOnly,
                      LockType::kReadOnly);
     return connection;
@@ -67,7 +68,7 @@ std::shared_ptr<Connection> open_suite_file(const std::string& file) {
   }
 }
 
-std::shared_ptr<Connection> open_connection(const std::string& database) {
+std::shared_ptr<Connection> open_connection(const std::string& database, bool read_only) {
   if (database.empty()) {
     throw UsageError(
         "this needs a database: give one with --db FILE, or make the sample database with "
@@ -83,7 +84,7 @@ std::shared_ptr<Connection> open_connection(const std::string& database) {
                             "demo-db FILE'",
                         "08001");
   }
-  return open_suite_file(database);
+  return open_suite_file(database, read_only);
 }
 
 std::string access_level_list(std::int32_t user_level) {
@@ -107,15 +108,18 @@ Value Session::single_value(std::string_view sql) const {
   return connection().open(sql, CursorType::kForwardOnly, LockType::kReadOnly)->value(0);
 }
 
-Session open_session(const GlobalOptions& options) {
-  const std::shared_ptr<Connection> connection = open_connection(options.database);
+namespace {
+
+Session open_session(const GlobalOptions& options, bool read_only,
+                     std::shared_ptr<UserInterface> user,
+                     std::function<std::shared_ptr<SelectionForm>()> make_form) {
+  const std::shared_ptr<Connection> connection = open_connection(options.database, read_only);
   const auto locale = std::make_shared<SettingsUserLocale>(options.language, options.date_order);
-  const auto lists = std::make_shared<SelectedField>();
   install_host({.suite = make_standalone_suite(connection, locale),
-                .user_interface = std::make_shared<ConsoleUserInterface>(),
+                .user_interface = std::move(user),
                 .user_locale = locale,
-                .make_selection_form = [lists] { return lists; }});
-  Session session{.context = {}, .format = ValueFormat(locale), .lists = lists};
+                .make_selection_form = std::move(make_form)});
+  Session session{.context = {}, .format = ValueFormat(locale)};
   session.context.dbado = connection;
   session.context.strLanguage = options.language;
   session.context.strOderLine = options.or_line;
@@ -125,6 +129,22 @@ Session open_session(const GlobalOptions& options) {
   session.context.strAccessLevelList = access_level_list(options.user_level);
   session.context.lngUserID = options.user;
   return session;
+}
+
+}  // namespace
+
+// Showing what a filter selects must never change the suite's data.
+Session open_session(const GlobalOptions& options) {
+  const auto lists = std::make_shared<SelectedField>();
+  Session session = open_session(options, true, std::make_shared<ConsoleUserInterface>(),
+                                 [lists] { return lists; });
+  session.lists = lists;
+  return session;
+}
+
+Session open_editor_session(const GlobalOptions& options, bool read_only,
+                            std::shared_ptr<UserInterface> user) {
+  return open_session(options, read_only, std::move(user), make_selection_form);
 }
 
 std::string sql_literal(std::string_view s) { return "'" + text::replace_all(s, "'", "''") + "'"; }

@@ -10,6 +10,7 @@
 #include "interface/selection_form.h"
 #include "platform/kes_var.h"
 #include "platform/suite.h"
+#include "platform/user_interface.h"
 #include "tools/options.h"
 #include "tools/values.h"
 
@@ -40,10 +41,15 @@ struct Session {
   Value single_value(std::string_view sql) const;
 };
 
-// Opens the database and installs the host's services. Raises UsageError without a database or for
-// a kind of database that the program does not know, DatabaseError for a file that is missing or
-// is no database.
+// Opens the database, read-only, and installs the host's services. Raises UsageError without a
+// database or for a kind of database that the program does not know, DatabaseError for a file that
+// is missing or is no database.
 Session open_session(const GlobalOptions& options);
+
+// The same for a command that drives the selection editor, in front of the user who is given. The
+// session has no lists of its own then.
+Session open_editor_session(const GlobalOptions& options, bool read_only,
+                            std::shared_ptr<UserInterface> user);
 
 // 's' with its apostrophes doubled and between apostrophes.
 std::string sql_literal(std::string_view s);

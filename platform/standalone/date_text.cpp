@@ -19,6 +19,7 @@ constexpr std::array<DateOrder, 4> kDateOrders = {{
     {"YDM", 1, 2, 0, '/'},  // with "-" it would read as yyyy-mm-dd
 }};
 // clang-format on
+constexpr const DateOrder& kDayMonthYear = kDateOrders[0];
 constexpr const DateOrder& kYearMonthDay = kDateOrders[2];
 
 // A run of digits as it was written: the number of digits tells a two-digit year from others.
@@ -48,8 +49,18 @@ std::optional<std::vector<Digits>> read_parts(std::string_view s, char separator
   return parts;
 }
 
-bool is_iso(const std::vector<Digits>& parts, char separator) {
-  return separator == '-' && parts[0].count == 4 && parts[1].count == 2 && parts[2].count == 2;
+bool have_lengths(const std::vector<Digits>& parts, std::size_t first, std::size_t second,
+                  std::size_t third) {
+  return parts[0].count == first && parts[1].count == second && parts[2].count == third;
+}
+
+// The order in which three parts are meant. Two forms are the same for every user: yyyy-mm-dd, and
+// dd.mm.yyyy, in which filters are stored: it must mean the same day when it is read again.
+const DateOrder& order_of(const std::vector<Digits>& parts, char separator,
+                          const DateOrder& users_order) {
+  if (separator == '-' && have_lengths(parts, 4, 2, 2)) return kYearMonthDay;
+  if (separator == '.' && have_lengths(parts, 2, 2, 4)) return kDayMonthYear;
+  return users_order;
 }
 
 std::optional<DateTime> read_day(std::string_view s, const DateOrder& order) {
@@ -57,7 +68,7 @@ std::optional<DateTime> read_day(std::string_view s, const DateOrder& order) {
   if (at == std::string_view::npos) return std::nullopt;
   const auto parts = read_parts(s, s[at]);
   if (!parts || parts->size() != 3) return std::nullopt;
-  const DateOrder& used = is_iso(*parts, s[at]) ? kYearMonthDay : order;
+  const DateOrder& used = order_of(*parts, s[at], order);
   const auto part = [&](int position) { return (*parts)[static_cast<std::size_t>(position)]; };
   const Digits year = part(used.year);
   if (part(used.day).count > 2 || part(used.month).count > 2) return std::nullopt;

@@ -31,8 +31,9 @@ struct TypedDate {
 };
 
 // The date that a text spells, or nothing: day, month and year in the given order with the same
-// separator ".", "/" or "-" twice, the year with two or four digits; or yyyy-mm-dd whatever the
-// order. A time hh:mm or hh:mm:ss may follow after blanks.
+// separator ".", "/" or "-" twice, the year with two or four digits. Whatever the order, dd.mm.yyyy
+// (the server's form) and yyyy-mm-dd mean what they say. A time hh:mm or hh:mm:ss may follow after
+// blanks.
 std::optional<TypedDate> read_date(std::string_view typed, const DateOrder& order);
 
 // A date in the given order, zero-padded, with " hh:mm" or " hh:mm:ss" behind it unless it is

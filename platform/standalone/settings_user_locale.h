@@ -26,7 +26,7 @@ class SettingsUserLocale : public UserLocale {
   std::optional<double> to_number(std::string_view text) const override;
 
   // Day, month and year in the date order, separated by ".", "/" or "-", the year with two or four
-  // digits, or yyyy-mm-dd; a time hh:mm or hh:mm:ss may follow.
+  // digits; in every order also dd.mm.yyyy and yyyy-mm-dd. A time hh:mm or hh:mm:ss may follow.
   std::optional<DateTime> to_date(std::string_view text) const override;
 
   // Raises InvalidArgument for any other pattern than the port describes.

@@ -110,9 +110,13 @@ TEST_F(CriteriaList, ADateFieldTakesDaysDatesAndNullAndThenHasTheFocusOnTheValue
     bool taken;
   };
   for (const auto& [value, taken] :
-       {Case{"5", true}, Case{"-3", true}, Case{"1,5", true}, Case{"1.5", true},
-        Case{"1.2.2024", true}, Case{"null", true}, Case{"31.2.2024", false},
-        Case{"1.000.000", false}, Case{"heute", false}}) {
+       {Case{"5", true},          Case{"-3", true},         Case{"1,5", true},
+        Case{"1.5", true},        Case{"1.2.2024", true},   Case{"null", true},
+        Case{"31.2.2024", false}, Case{"1.000.000", false}, Case{"heute", false},
+        Case{"NULL", true},       Case{"nUlL", true},       Case{" NULL", false},
+        Case{"'NULL'", false},    Case{"1..5", false},      Case{"1.5.", false},
+        Case{"29.2.2024", true},  Case{"29.2.2023", false}, Case{"0.1.2024", false},
+        Case{"1.13.2024", false}, Case{"GETDATE()", false}}) {
     SCOPED_TRACE(value);
     list().clear();
     host_.compose("Datum", "=", value);

@@ -4,37 +4,21 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 
 namespace kestrova::test {
 namespace {
 
-const Columns& offered_columns() {
-  static const Columns columns = {{"ID_SELEKTION", FieldType::kInteger},
-                                  {"NAME_OF_FIELD"},
-                                  {"NICKNAME_OF_FIELD"},
-                                  {"TABLE_NAME"},
-                                  {"TABLE_NAME_II"},
-                                  {"TABLE_NAME_III"},
-                                  {"SQLSELECT"},
-                                  {"SQLVALUE"},
-                                  {"CONDITION"},
-                                  {"CONDITIONII"},
-                                  {"FORMAT"},
-                                  {"DE"},
-                                  {"CUSTOM_DE"}};
+Columns offered_columns() {
+  Columns columns = selektion_columns();
+  columns.insert(columns.end(), {{"DE"}, {"CUSTOM_DE"}});
   return columns;
 }
 
-Row row_of(const OfferedField& field) {
-  const SelektionRow& row = field.row;
-  return {row.id,     row.name,      row.nickname,     row.table,     row.table2,
-          row.table3, row.sqlselect, row.sqlvalue,     row.condition, row.condition2,
-          row.format, field.text,    field.custom_text};
-}
-
-std::string behind_first_point(const std::string& text) {
-  const std::size_t point = text.find('.');
-  return point == std::string::npos ? text : text.substr(point + 1);
+Row offered_row(const OfferedField& field) {
+  Row row = row_of(field.row);
+  row.insert(row.end(), {field.text, field.custom_text});
+  return row;
 }
 
 SelektionRow plain(int id, std::string_view name, std::string_view nickname) {
@@ -131,9 +115,10 @@ std::string model_state_query(std::string_view model_relation) {
          "AS val4,0 AS STANDARD) A";
 }
 
-EditorHost::EditorHost() {
-  install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                [this]() -> std::shared_ptr<SelectionForm> {
+EditorHost::EditorHost(std::shared_ptr<FakeSuite> its_suite, std::shared_ptr<UserLocale> locale)
+    : EngineHost(std::move(its_suite)) {
+  if (!locale) locale = std::make_shared<FakeLocale>(FakeLocale::Language::kGerman);
+  install_host({suite, user, std::move(locale), [this]() -> std::shared_ptr<SelectionForm> {
                   ++forms_made;
                   return editor;
                 }});
@@ -180,7 +165,7 @@ void EditorHost::open_catalogue(std::string relation, std::string list_key,
 void EditorHost::answer_fields(std::string_view parameter,
                                const std::vector<OfferedField>& fields) {
   Rows rows;
-  std::transform(fields.begin(), fields.end(), std::back_inserter(rows), row_of);
+  std::transform(fields.begin(), fields.end(), std::back_inserter(rows), offered_row);
   connection->answer(fields_query(parameter), offered_columns(), std::move(rows));
   for (const OfferedField& field : fields) {
     const SelektionRow& row = field.row;
@@ -189,17 +174,13 @@ void EditorHost::answer_fields(std::string_view parameter,
         "SELECT NICKNAME_OF_FIELD FROM SELEKTION WHERE ID_SELEKTION = " + std::to_string(row.id),
         {{"NICKNAME_OF_FIELD"}}, {{row.nickname}});
   }
-  // ApcboValue reads a type from the table itself, the joined fields' from their second table.
-  Columns lager;
+  // ApcboValue reads a type from the table itself.
+  std::map<std::string, Columns> tables;
   for (const OfferedField& field : fields) {
-    const SelektionRow& row = field.row;
-    if (row.sqlselect == Value("INNER") || row.sqlselect == Value("TRIPLE")) {
-      connection->table(row.table2.text(), {{behind_first_point(row.sqlvalue.text()), field.type}});
-    } else {
-      lager.push_back({row.name.text(), field.type});
-    }
+    const auto [table, column] = column_of(field.row);
+    tables[table].push_back({column, field.type});
   }
-  connection->table("LAGER", std::move(lager));
+  for (auto& [table, columns] : tables) connection->table(table, std::move(columns));
 }
 
 void EditorHost::know_column(const std::string& table, const std::string& column, FieldType type) {

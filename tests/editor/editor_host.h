@@ -39,7 +39,9 @@ extern const std::string kChangeModelsQuery;
 
 class EditorHost : public EngineHost {
  public:
-  EditorHost();
+  // Without arguments: fake services in the host's log, and German settings.
+  explicit EditorHost(std::shared_ptr<FakeSuite> its_suite = nullptr,
+                      std::shared_ptr<UserLocale> locale = nullptr);
 
   // InitForm with all answers that it needs: no models. The log is empty afterwards.
   void open(std::string relation);

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <string>
 
-#include "platform/error.h"
 #include "tests/editor/editor_host.h"
+#include "tests/support/scripted_failure.h"
 
 namespace kestrova::test {
 
@@ -36,19 +36,10 @@ void expect_failures_to_be_survived(const Prepare& prepare, const Action& action
     host.forget();
     const std::size_t held = host.connection->open_recordsets();
     const std::size_t services = host.suite->live_services();
-    host.connection->fail_on_call(k);
-    try {
-      action(*host.editor);
-      ++trapped;
-    } catch (const DatabaseError& error) {
-      EXPECT_TRUE(std::string(error.what())
-                      .starts_with("scripted failure of call " + std::to_string(k) + ": "))
-          << error.what();
-    }
+    if (!database_failure_reaches_caller(host, k, [&] { action(*host.editor); })) ++trapped;
     EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
     EXPECT_EQ(host.connection->open_recordsets(), held);
     EXPECT_EQ(host.suite->live_services(), services);
-    host.connection->fail_on_call(0);
     host.editor->btnNew_Click();
     host.compose("Holzart", "=", "FI");
     host.editor->btnInsert_Click();

@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-#include "tests/editor/run_host.h"
+#include "tests/editor/failing_calls.h"
 
 namespace kestrova::test {
 namespace {
@@ -51,17 +51,6 @@ std::string state_of(const RunHost& host) {
   return state;
 }
 
-// A user who closes every dialog at once: where a failure comes first, none is shown.
-class ClosingUser : public ScriptedUserInterface {
- public:
-  using ScriptedUserInterface::ScriptedUserInterface;
-  void show_modal(ModalDialog& dialog) override {
-    ++dialogs;
-    dialog.close_requested();
-  }
-  int dialogs = 0;
-};
-
 // A window that breaks down while it is shown.
 class BrokenWindow : public ScriptedUserInterface {
  public:
@@ -71,18 +60,7 @@ class BrokenWindow : public ScriptedUserInterface {
 
 // Relations with the text field Holzart (10) and the number Anzahl (11) and with the model "Alt".
 struct HalfDoneHost : RunHost {
-  HalfDoneHost() { let_answer<ClosingUser>(); }
-
-  template <class User>
-  std::shared_ptr<User> let_answer() {
-    const ModuleState state = module_state();
-    auto new_user = std::make_shared<User>(log);
-    user = new_user;
-    install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                  [this] { return editor; }});
-    module_state() = state;
-    return new_user;
-  }
+  HalfDoneHost() { let_user_answer(*this); }
 
   // The answer from now on: one that was valid so far is passed over.
   void answer_now(const std::string& sql, const Columns& columns, Rows rows) {
@@ -418,7 +396,7 @@ TEST(CommitOfAContract, ThatFailsKeepsTheDialogOpen) {
   CommitHost host;
   host.fill_lines({{"Revier = 'Nord'", 10}});
   host.answer_now(kContractValue, {{"SELEKTION_VALUE"}}, {{"10 = 'FI';"}});
-  host.let_answer<ScriptedUserInterface>();
+  let_user_answer<ScriptedUserInterface>(host);
   host.run("", false, [&host] {
     host.fill_lines({{"Revier = 'Nord'", 10}});
     EXPECT_THROW(host.editor->btnOk_Click(), ItemNotFound);
@@ -468,7 +446,7 @@ const std::string kNotOffered =
 
 struct SaveHost : CatalogueModelSource {
   SaveHost() {
-    let_answer<ScriptedUserInterface>();
+    let_user_answer<ScriptedUserInterface>(*this);
     fill_lines({{"Revier = 'Nord'", 10}});
     forget();
   }
@@ -752,7 +730,7 @@ TEST(RunThatFails, ForTheStateOfTheModelShowsNoDialog) {
 TEST(RunThatFails, WithItsWindowIsClosed) {
   ContractSource host;
   host.provide("10 = 'FI';");
-  host.let_answer<BrokenWindow>();
+  let_user_answer<BrokenWindow>(host);
   expect_run_fails<InvalidArgument>(host);
   EXPECT_EQ(host.editor->caption(), "Selektion");
 }
@@ -760,7 +738,7 @@ TEST(RunThatFails, WithItsWindowIsClosed) {
 TEST(Caption, NamesTheModelUntilTheDialogCloses) {
   ContractSource host;
   host.provide("10 = 'FI';");
-  host.let_answer<ScriptedUserInterface>();
+  let_user_answer<ScriptedUserInterface>(host);
   EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
   host.run("", false, [&] { EXPECT_EQ(host.editor->caption(), "Selektion: Alt"); });
   EXPECT_EQ(host.editor->caption(), "Selektion");

@@ -136,6 +136,56 @@ TEST(LoadModel, KeepsGetdateInOtherFields) {
             (Lines{kOr, {"Holzart = 'GETDATE()'", 10}}));
 }
 
+TEST(LoadModel, ShowsARelativeDateAsAnOffsetThatIsReadBack) {
+  ModelHost host;
+  EXPECT_EQ(host.load("=== ODER ===;13 < GETDATE();13 < GETDATE() - 92;13 >= GETDATE() + 1,5;"
+                      "13 = GETDATE() - x;"),
+            (Lines{kOr,
+                   {"Datum < +0", 13},
+                   {"Datum < -92", 13},
+                   {"Datum >= +1,5", 13},
+                   {"Datum =  - x", 13}}));
+}
+
+TEST(LoadModel, ShowsABooleanAsTheWordFromWhichItIsStoredAgain) {
+  ModelHost host;
+  host.suite->answers().texts[114] = "Gesperrt";
+  EXPECT_EQ(host.load("=== ODER ===;14 = 1;14 = 0;14 = NULL;14 = 2;"),
+            (Lines{kOr,
+                   {"Gesperrt = Wahr", 14},
+                   {"Gesperrt = Falsch", 14},
+                   {"Gesperrt = NULL", 14},
+                   {"Gesperrt = 2", 14}}));
+  host.editor->ListCriteria.remove(4);
+  EXPECT_EQ(host.editor->GetWriteString(host.context),
+            "=== ODER ===;14 = 1;14 = 0;14 = 0;");  // a line's NULL is a word like any other
+}
+
+TEST(LoadModel, ShowsTheStoredWordOfABooleanColumnWithoutItsQuotes) {
+  ModelHost host;
+  host.suite->answers().texts[114] = "Status";
+  host.suite->answers().texts[5] = "nein";
+  host.suite->answers().texts[6] = "ja";
+  EXPECT_EQ(host.load("=== ODER ===;14 = 'ja';14 = 'nein';14 = 'offen';14 = 1;"),
+            (Lines{kOr,
+                   {"Status = Wahr", 14},
+                   {"Status = Falsch", 14},
+                   {"Status = 'offen'", 14},
+                   {"Status = 1", 14}}));
+}
+
+TEST(LoadModel, ShowsTheUnitOfTheBarkAllowanceAndLeavesTheMoneyUnit) {
+  ModelHost host;
+  host.suite->answers().texts[117] = "RINDEPROZENT";
+  host.suite->answers().texts[118] = "DM/EURO";
+  EXPECT_EQ(host.load("=== ODER ===;17 = 1;17 = 0;18 = 0;18 = EURO;"),
+            (Lines{kOr,
+                   {"RINDEPROZENT = cm", 17},
+                   {"RINDEPROZENT = 0", 17},
+                   {"DM/EURO = 0", 18},
+                   {"DM/EURO = EURO", 18}}));
+}
+
 TEST(LoadModel, SelectsTheFirstLineAndLoadsItIntoThePickers) {
   ModelHost host;
   host.answer_values("SELECT HA FROM HOLZART WHERE ISNULL(DISABLE,0) = 0 ORDER BY HA", {"FI"});

@@ -170,6 +170,23 @@ TEST(PickersOfValues, WithoutValuesThereIsNoNullEither) {
   EXPECT_THAT(host.texts_of(host.editor->cboValue), IsEmpty());
 }
 
+// What is read back as typed stands as the user types it; all else goes to the server as it stands.
+TEST(PickersOfValues, DatesAndBooleansAreTheUsersTextsAndAllElseTheServers) {
+  const auto entries = [](FieldType type, const Value& value) {
+    OneField host("GKL", type);
+    host.answer_values("SELECT GKL FROM GUETEKLASSE ORDER BY GKL", {value});
+    host.pick(host.editor->cboField, "Feld");
+    return host.texts_of(host.editor->cboValue);
+  };
+  EXPECT_THAT(entries(FieldType::kDBTimeStamp, DateTime{2024, 2, 29}),
+              ElementsAre("Null", "29.02.2024"));
+  EXPECT_THAT(entries(FieldType::kBoolean, true), ElementsAre("Null", "Wahr"));
+  EXPECT_THAT(entries(FieldType::kBoolean, false), ElementsAre("Null", "Falsch"));
+  EXPECT_THAT(entries(FieldType::kUnsignedTinyInt, true), ElementsAre("Null", "1"));
+  EXPECT_THAT(entries(FieldType::kDouble, 1.5), ElementsAre("Null", "1.5"));
+  EXPECT_THAT(entries(FieldType::kNumeric, Decimal{"2.50"}), ElementsAre("Null", "2.50"));
+}
+
 TEST_F(Pickers, TheUnitFieldsListUnits) {
   pick_field("RINDEPROZENT");
   EXPECT_THAT(values(), ElementsAre("'%'", "'cm'"));

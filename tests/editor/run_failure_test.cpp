@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "tests/editor/run_host.h"
+#include "tests/support/scripted_failure.h"
 
 namespace kestrova::test {
 namespace {
@@ -71,8 +72,6 @@ void expect_every_failure_to_reach_the_caller() {
     EXPECT_LE(host.suite->live_services(), 2U) << "only texts and model settings are kept";
     EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
     EXPECT_FALSE(host.editor->is_visible());
-    host.connection->fail_on_call(0);
-    host.suite->fail_on_call(0);
     host.act();
     EXPECT_EQ(state_of(host), state);
     EXPECT_EQ(host.editor->cboField.index(), field);
@@ -81,14 +80,8 @@ void expect_every_failure_to_reach_the_caller() {
     SCOPED_TRACE("database call " + std::to_string(k));
     Prepared host;
     host.forget();
-    host.connection->fail_on_call(k);
-    try {
-      host.act();
+    if (!database_failure_reaches_caller(host, k, [&] { host.act(); })) {
       expect_trapped(host, true, k);
-    } catch (const DatabaseError& error) {
-      EXPECT_TRUE(std::string(error.what())
-                      .starts_with("scripted failure of call " + std::to_string(k) + ": "))
-          << error.what();
     }
     expect_recovery(host);
   }
@@ -97,15 +90,8 @@ void expect_every_failure_to_reach_the_caller() {
     Prepared host;
     host.forget();
     const std::size_t call = host.suite->calls_made() + k;
-    host.suite->fail_on_call(call);
-    try {
-      host.act();
+    if (!service_failure_reaches_caller(host, call, [&] { host.act(); })) {
       expect_trapped(host, false, k);
-    } catch (const InvalidArgument& error) {
-      EXPECT_TRUE(
-          std::string(error.what())
-              .starts_with("scripted service failure of call " + std::to_string(call) + ": "))
-          << error.what();
     }
     expect_recovery(host);
   }

@@ -27,6 +27,8 @@ inline std::string model_state_query(const std::string& model_relation, int mode
 }
 
 struct RunHost : EditorHost {
+  using EditorHost::EditorHost;
+
   // MODELS.ID and NAME of the models of a relation; no property is set.
   void answer_models(const std::string& model_relation,
                      const std::vector<std::pair<int, std::string>>& models = {}) {
@@ -48,6 +50,13 @@ struct RunHost : EditorHost {
                         {"val4"},
                         {"STANDARD", FieldType::kInteger}},
                        {std::move(row)});
+  }
+
+  // The database says this from now on: the answer that was valid so far is passed over.
+  void change_state(const std::string& sql, Row row) {
+    answer_state(sql, std::move(row));
+    connection->open(sql, CursorType::kForwardOnly, LockType::kReadOnly);
+    forget();
   }
 
   void answer_criteria(int model, Value criteria) {

@@ -600,45 +600,5 @@ TEST(ModelState, OnOracleComesFromDual) {
 
 // --- What is enabled, by all that decides it
 
-TEST(ModelState, EnablesTheControls) {
-  for (int flags = 0; flags < 64; ++flags) {
-    const auto flag = [flags](int bit) { return (flags >> bit & 1) != 0; };
-    const bool read_only = flag(0), change_models = flag(1), b018 = flag(2), b049 = flag(3),
-               b057 = flag(4), locked = flag(5);
-    SCOPED_TRACE(flags);
-    RunHost host;
-    host.answer_fields("SONST", {});
-    host.answer_models("SONST");
-    host.connection->set_kind(ConnectionKind::kOracle);
-    host.connection->answer(text::replace_all(kChangeModelsQuery, "ISNULL", "NVL"),
-                            {{"A", FieldType::kInteger}}, {{change_models ? 1 : 0}});
-    std::string state = model_state_query("SONST");
-    state.insert(state.size() - 3, " FROM DUAL");
-    host.answer_state(state, {locked ? 1 : 0, 0, Value(), Value(), 0});
-    host.suite->answers().options = {{"B018", b018}, {"B049", b049}, {"B057", b057}};
-    host.start("SONST");
-    host.run("", read_only);
-
-    const F_Selection& editor = *host.editor;
-    EXPECT_EQ(editor.Check1.enabled(), !read_only && change_models && b049 && b018);
-    EXPECT_EQ(editor.btnSaveModelleAs.enabled(), !read_only && b049);
-    const bool may_bind = !read_only && change_models && b049;
-    EXPECT_EQ(editor.chkAL.enabled(), may_bind);
-    const bool may_overwrite =
-        !read_only && b057 && (!locked || (change_models && b018)) && (!locked || may_bind);
-    EXPECT_EQ(editor.btnSaveModelle.enabled(), may_overwrite);
-    EXPECT_EQ(editor.btnDeleteModelle.enabled(), may_overwrite);
-    EXPECT_EQ(editor.chkStandard.enabled(), may_overwrite);
-    for (const Control* control : std::initializer_list<const Control*>{
-             &editor.btnOk, &editor.Frame1, &editor.btnPlus, &editor.btnMinus, &editor.btnReplace,
-             &editor.btnInsert, &editor.Formula, &editor.cboOperator, &editor.cboValue,
-             &editor.cboField, &editor.btnDelete, &editor.btnNew, &editor.btnLast, &editor.btnNext,
-             &editor.btnPrev, &editor.btnFirst, &editor.btnOr, &editor.Frame4, &editor.Model}) {
-      EXPECT_EQ(control->enabled(), !read_only) << control->name();
-    }
-    EXPECT_TRUE(editor.btnCancel.enabled());
-  }
-}
-
 }  // namespace
 }  // namespace kestrova::test

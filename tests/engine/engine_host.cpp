@@ -4,7 +4,6 @@
 #include <iterator>
 
 namespace kestrova::test {
-namespace {
 
 const Columns& selektion_columns() {
   static const Columns columns = {{"ID_SELEKTION", FieldType::kInteger},
@@ -27,12 +26,14 @@ Row row_of(const SelektionRow& field) {
           field.condition, field.condition2, field.format};
 }
 
-std::string behind_first_point(const std::string& text) {
-  const std::size_t point = text.find('.');
-  return point == std::string::npos ? text : text.substr(point + 1);
+TypedColumn column_of(const SelektionRow& field) {
+  const bool joined = field.sqlselect == Value("INNER") || field.sqlselect == Value("TRIPLE");
+  if (!joined) return {field.table.text(), field.name.text()};
+  const std::string expression = field.sqlvalue.text();
+  const std::size_t point = expression.find('.');
+  return {field.table2.text(),
+          point == std::string::npos ? expression : expression.substr(point + 1)};
 }
-
-}  // namespace
 
 void FakeSelectionForm::add(std::string_view display_name, std::int32_t id) {
   fields.add(display_name);
@@ -77,9 +78,7 @@ EngineHost::~EngineHost() { install_host({}); }
 void EngineHost::know_type(const SelektionRow& field, FieldType type) {
   connection->answer("SELECT * FROM SELEKTION WHERE ID_SELEKTION = " + std::to_string(field.id),
                      selektion_columns(), {row_of(field)});
-  const bool joined = field.sqlselect == Value("INNER") || field.sqlselect == Value("TRIPLE");
-  const std::string column = joined ? behind_first_point(field.sqlvalue.text()) : field.name.text();
-  const std::string table = joined ? field.table2.text() : field.table.text();
+  const auto [table, column] = column_of(field);
   connection->answer("SELECT TOP 0 " + column + " FROM " + table, {{column, type}});
 }
 

@@ -46,6 +46,17 @@ struct SelektionRow {
   Value format = {};
 };
 
+// The columns of SELEKTION, and a row of them.
+const Columns& selektion_columns();
+Row row_of(const SelektionRow& field);
+
+// The column from which a field has its type.
+struct TypedColumn {
+  std::string table;
+  std::string column;
+};
+TypedColumn column_of(const SelektionRow& field);
+
 // How the log shows an open that is forward-only and read-only, as the engine's all are.
 std::string opened(std::string_view sql);
 

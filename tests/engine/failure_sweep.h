@@ -11,6 +11,7 @@
 #include <string>
 
 #include "platform/error.h"
+#include "tests/support/scripted_failure.h"
 
 namespace kestrova::test {
 
@@ -27,18 +28,9 @@ void expect_every_database_failure_to_reach_the_caller() {
   for (std::size_t k = before + 1; k <= calls; ++k) {
     SCOPED_TRACE("database call " + std::to_string(k));
     Prepared host;
-    host.connection->fail_on_call(k);
-    try {
-      host.run();
-      ADD_FAILURE() << "the failure is lost";
-    } catch (const DatabaseError& error) {
-      EXPECT_TRUE(std::string(error.what())
-                      .starts_with("scripted failure of call " + std::to_string(k) + ": "))
-          << error.what();
-    }
+    EXPECT_TRUE(database_failure_reaches_caller(host, k, [&] { host.run(); }));
     EXPECT_EQ(host.connection->open_recordsets(), held);
     EXPECT_EQ(host.suite->live_services(), 0U);
-    host.connection->fail_on_call(0);
     EXPECT_EQ(host.run(), result);
   }
   for (std::size_t k = before + 1; k <= calls; ++k) {
@@ -61,15 +53,7 @@ void expect_every_service_failure_to_reach_the_caller() {
   for (std::size_t k = 1; k <= calls; ++k) {
     SCOPED_TRACE("service call " + std::to_string(k));
     Prepared host;
-    host.suite->fail_on_call(k);
-    try {
-      host.run();
-      ADD_FAILURE() << "the failure is lost";
-    } catch (const InvalidArgument& error) {
-      EXPECT_TRUE(std::string(error.what())
-                      .starts_with("scripted service failure of call " + std::to_string(k) + ": "))
-          << error.what();
-    }
+    EXPECT_TRUE(service_failure_reaches_caller(host, k, [&] { host.run(); }));
     EXPECT_EQ(host.connection->open_recordsets(), held);
     EXPECT_EQ(host.suite->live_services(), 0U);
     EXPECT_EQ(host.run(), result);

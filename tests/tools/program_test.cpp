@@ -18,7 +18,7 @@ TEST_F(Program, TellsItsVersion) {
 
 TEST_F(Program, HelpShowsAnExample) {
   for (const std::string command : {"relations", "fields", "translate", "run", "describe", "models",
-                                    "values", "audit", "materialise", "demo-db"}) {
+                                    "values", "audit", "materialise", "session", "demo-db"}) {
     const ProgramResult result = run_program({command, "--help"});
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_EQ(result.err, "");

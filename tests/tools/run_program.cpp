@@ -62,10 +62,11 @@ ScratchFolder::~ScratchFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-ProgramResult run_program(const std::vector<std::string>& arguments) {
+ProgramResult run_program(const std::vector<std::string>& arguments, const std::string& input) {
   const ScratchFolder scratch;
+  write_text(scratch.file("in"), input);
   FileActions actions;
-  actions.open(0, "/dev/null", O_RDONLY);
+  actions.open(0, scratch.file("in"), O_RDONLY);
   actions.open(1, scratch.file("out"), kWrite);
   actions.open(2, scratch.file("err"), kWrite);
   const int exit_code = run(arguments, actions);

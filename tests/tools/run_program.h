@@ -27,9 +27,9 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
-// The program with these arguments and nothing on its input. Raises std::runtime_error when it
+// The program with these arguments and this text on its input. Raises std::runtime_error when it
 // cannot be started.
-ProgramResult run_program(const std::vector<std::string>& arguments);
+ProgramResult run_program(const std::vector<std::string>& arguments, const std::string& input = "");
 
 // The exit code of the program when nobody reads its output.
 int exit_code_with_closed_pipe(const std::vector<std::string>& arguments);

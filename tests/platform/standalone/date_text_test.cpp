@@ -46,6 +46,16 @@ const Row kRows[] = {
     {"ThreeDigitDay", "DMY", "003.4.2021", ""},
     {"IsoInDayOrder", "DMY", "2021-03-04", "04.03.2021"},
     {"IsoGoesBeforeYearDayMonth", "YDM", "2021-03-04", "04.03.2021"},
+    {"ServerFormInMonthDayYear", "MDY", "03.04.2021", "03.04.2021"},
+    {"ServerFormInYearMonthDay", "YMD", "03.04.2021", "03.04.2021"},
+    {"ServerFormInYearDayMonth", "YDM", "03.04.2021", "03.04.2021"},
+    {"ServerFormWithTime", "MDY", "03.04.2021 07:05:09", "03.04.2021 07:05:09"},
+    {"ServerFormIsNoOtherOrder", "MDY", "12.31.2021", ""},
+    {"SlashesAreNotTheServerForm", "MDY", "03/04/2021", "04.03.2021"},
+    {"HyphensAreNotTheServerForm", "MDY", "03-04-2021", "04.03.2021"},
+    {"ServerFormHasTwoDigitDays", "MDY", "3.04.2021", "04.03.2021"},
+    {"ServerFormHasTwoDigitMonths", "MDY", "03.4.2021", "04.03.2021"},
+    {"ServerFormHasFourDigitYears", "MDY", "03.04.21", "04.03.2021"},
     {"ShortPartsFollowTheOrder", "YDM", "2021-3-4", "03.04.2021"},
     {"YearInFrontAgainstTheOrder", "DMY", "2021.03.04", ""},
     {"LeapDay", "DMY", "29.2.2024", "29.02.2024"},
@@ -83,12 +93,14 @@ const Row kRows[] = {
 INSTANTIATE_TEST_SUITE_P(DateText, TypedDates, testing::ValuesIn(kRows),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST(DateText, WhatIsWrittenReadsBack) {
+TEST(DateText, WhatIsWrittenReadsBackInEveryOrder) {
   const auto date = read_date("4/3/21 7:05", date_order_of("MDY"));
   ASSERT_TRUE(date);
-  const auto again = read_date(server_text(*date), date_order_of("DMY"));
-  ASSERT_TRUE(again);
-  EXPECT_EQ(again->date, date->date);
+  for (const char* order : {"DMY", "MDY", "YMD", "YDM"}) {
+    const auto again = read_date(server_text(*date), date_order_of(order));
+    ASSERT_TRUE(again) << order;
+    EXPECT_EQ(again->date, date->date) << order;
+  }
 }
 
 TEST(DateText, RefusesAnUnknownOrder) {

@@ -292,6 +292,12 @@ TEST_F(StandaloneSuite, AnImpossibleDateIsQuoted) {
   EXPECT_THROW(suite_->date_formatter()->server_date("1.1.2021", false, "XYZ"), InvalidArgument);
 }
 
+TEST_F(StandaloneSuite, TheServersFormStaysAsItIsInEveryOrder) {
+  for (const char* order : {"DMY", "MDY", "YMD", "YDM"}) {
+    EXPECT_EQ(suite_->date_formatter()->server_date("03.04.2021", false, order), "03.04.2021");
+  }
+}
+
 TEST_F(StandaloneSuite, ADayCountIsSetWhenItIsNotZero) {
   const auto formatter = suite_->date_formatter();
   EXPECT_FALSE(formatter->is_set(0));

@@ -155,6 +155,7 @@ TEST(SettingsUserLocale, ReadsDatesInTheUsersOrder) {
   EXPECT_EQ(SettingsUserLocale("DE", "DMY").to_date("3.4.21"), third_of_april);
   EXPECT_EQ(SettingsUserLocale("EN", "MDY").to_date("4/3/2021"), third_of_april);
   EXPECT_EQ(SettingsUserLocale("EN", "MDY").to_date("2021-04-03"), third_of_april);
+  EXPECT_EQ(SettingsUserLocale("EN", "MDY").to_date("03.04.2021"), third_of_april);
   EXPECT_EQ(SettingsUserLocale("DE", "DMY").to_date("3.4.2021 13:30"),
             (DateTime{2021, 4, 3, 13, 30}));
   EXPECT_EQ(SettingsUserLocale("DE", "DMY").to_date("31.4.2021"), std::nullopt);
