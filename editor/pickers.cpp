@@ -127,8 +127,15 @@ void F_Selection::cboField_Click() {
     busy.keep();
     return;
   }
-  FillOperatorList(cboOperator, Comm_Sel().Get_TypeOfField(context_, strNickName, true,
-                                                           dbSelektion.get(), lookup_relation()));
+  const std::int16_t type =
+      Comm_Sel().Get_TypeOfField(context_, strNickName, true, dbSelektion.get(), lookup_relation());
+  try {
+    FillOperatorList(cboOperator, type);
+  } catch (...) {
+    // Selecting the first operator converts the value, which may fail as well.
+    cboOperator.clear();
+    throw;
+  }
   strValue = cboOperator.text() == "IN" ? "()" : "";
   ShowFormula();
 }

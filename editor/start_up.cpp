@@ -187,8 +187,10 @@ void F_Selection::fill_models() {
       " WHERE MODELS.RELATION = '" +
           GetModelRelation() + "'" + and_visible_models() + " ORDER BY MODELS.NAME,MODELS.ID");
   for (; !models->eof(); models->move_next()) {
-    Model.add(models->value("NAME").text_or_empty());
-    Model.set_item_data(Model.new_index(), models->value("ID").integer());
+    const std::string name = models->value("NAME").text_or_empty();
+    const std::int32_t id = models->value("ID").integer();
+    Model.add(name);
+    Model.set_item_data(Model.new_index(), id);
   }
 }
 
@@ -217,18 +219,21 @@ void F_Selection::Run(const KesVar& context, std::string& strSelektion_Fr_Wh,
     RefreshModelState();
     show_modally();
   }
-  caption_ = kCaption;
   strSelektion_Fr_Wh = module_state().strSelektion_Fr_Wh;
   strSelektionFormula = module_state().strSelektionFormula;
 }
 
 void F_Selection::show_modally() {
-  struct Visible {
-    explicit Visible(bool& its_flag) : flag(its_flag) { flag = true; }
-    ~Visible() { flag = false; }
-    bool& flag;
+  // The caption names the model until the dialog has closed, however it closes.
+  struct Shown {
+    explicit Shown(F_Selection& its_editor) : editor(its_editor) { editor.visible_ = true; }
+    ~Shown() {
+      editor.visible_ = false;
+      editor.caption_ = kCaption;
+    }
+    F_Selection& editor;
   };
-  const Visible visible(visible_);
+  const Shown shown(*this);
   user_interface().show_modal(*this);
 }
 

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <tuple>
 
 #include "tests/editor/run_host.h"
 
@@ -106,6 +106,66 @@ TEST(Commit, TurnsDatesAndTruthIntoServerText) {
           .text,
       " LAGER WHERE (LAGER.DATUM >= 'S(3.4.2021)' AND LAGER.DATUM < GETDATE()-3 AND "
       "LAGER.GESPERRT = 1 AND LAGER.GESPERRT = 0)");
+}
+
+TEST(Commit, TurnsAListOfDatesIntoServerText) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {"Datum IN ('3.4.2021', -3)", "Datum IN (+5,,'1.2.2024')"}),
+            (Results{" LAGER WHERE (LAGER.DATUM IN ('S(3.4.2021)',GETDATE()-3)  AND LAGER.DATUM IN "
+                     "(GETDATE()+5,'S(1.2.2024)'))",
+                     "Datum IN ('3.4.2021', -3) AND  AND Datum IN (+5,,'1.2.2024')"}));
+}
+
+TEST(Commit, OfAPickedTruthIsOneOrZero) {
+  SonstHost host;
+  host.answer_values(plain_query("GESPERRT"), {true, false});
+  host.pick(host.editor->cboField, "Gesperrt");
+  EXPECT_EQ(host.texts_of(host.editor->cboValue), (Texts{"Null", "Wahr", "Falsch"}));
+  const auto picked = [&host](const std::string& word) {
+    host.pick(host.editor->cboField, "Gesperrt");
+    host.pick(host.editor->cboValue, word);
+    return committed(host, {host.editor->Formula.text()});
+  };
+  EXPECT_EQ(picked("Wahr"), (Results{" LAGER WHERE (LAGER.GESPERRT = 1)", "Gesperrt = Wahr"}));
+  EXPECT_EQ(picked("Falsch"), (Results{" LAGER WHERE (LAGER.GESPERRT = 0)", "Gesperrt = Falsch"}));
+}
+
+TEST(Commit, KnowsADraggedOrLineByItsText) {
+  SonstHost host;
+  host.fill_lines({{"Anzahl = 1", 11}, {"Anzahl = 2", 11}, {kOr, -2}});
+  ListBox& list = host.editor->ListCriteria;
+  list.set_index(2);
+  host.editor->ListCriteria_DragDrop(list, 0, 1);
+  EXPECT_EQ(list.entries(),
+            (std::vector<ListEntry>{{"Anzahl = 1", 11}, {kOr, 0}, {"Anzahl = 2", 11}}));
+  Results results;
+  host.editor->btnOK2_Click(results.text, results.formula);
+  EXPECT_EQ(results, (Results{" LAGER WHERE (LAGER.ANZAHL = 1 OR LAGER.ANZAHL = 2)",
+                              "Anzahl = 1 OR Anzahl = 2"}));
+}
+
+TEST(Commit, TellsTheSuiteTheVariantWithEveryTable) {
+  SonstHost host;
+  committed(host, {"Artname = 'A'", "Gruppe = 'B'", "Anzahl = 1"});
+  EXPECT_EQ(host.suite->calls_of("AddTable"),
+            (Texts{"AddTable('', 'LAGER', 'R7')", "AddTable('LAGER', 'HOLZART', 'R7')",
+                   "AddTable('LAGER,HOLZART', 'LAGER', 'R7')",
+                   "AddTable('LAGER,HOLZART', 'HOLZART', 'R7')",
+                   "AddTable('LAGER,HOLZART', 'GRUPPE', 'R7')",
+                   "AddTable('LAGER,HOLZART,GRUPPE', 'LAGER', 'R7')"}));
+}
+
+TEST(Commit, OfAFullList) {
+  SonstHost host;
+  constexpr std::size_t kOrLines = 32765;
+  Texts lines(kOrLines + 2, kOr);
+  lines.front() = "Anzahl = 1";
+  lines.back() = "Anzahl = 2";
+  std::string ors;
+  for (std::size_t i = 0; i < kOrLines; ++i) ors += " OR ";
+  const Results results = committed(host, lines);
+  EXPECT_TRUE(results.text == " LAGER WHERE (LAGER.ANZAHL = 1" + ors + "LAGER.ANZAHL = 2)");
+  EXPECT_TRUE(results.formula == "Anzahl = 1" + ors + "Anzahl = 2");
 }
 
 TEST(Commit, OfAnEmptyListIsEmpty) {
@@ -284,6 +344,20 @@ TEST(CommitCatalogue, ThatIsRestrictedTakesTheRestrictedFields) {
   EXPECT_EQ(text_of("2ABR3", "LOG", "2ABR1"),
             " FROM <LOG,0,><LOG,5,R7><LOG,5,R7> WHERE NOT (LOGS_RECH.A3_NAME IS NULL) AND "
             "(EXPR(LOG,5) = 'X' OR (EXPR(LOG,5) IS NULL OR RTRIM(LTRIM(EXPR(LOG,5))) = ''))");
+}
+
+TEST(CommitCatalogue, TellsTheSuiteTheVariantWithTheTablesOfAField) {
+  for (const auto& [code, list_key, model_relation, table_key] :
+       {std::tuple("EXP_VER0", "EXP_VER0", "1VVM", "VERTRAG"),
+        std::tuple("PERSONAL", "PERSONAL", "PERSONAL", "PERSONAL")}) {
+    SCOPED_TRACE(code);
+    SuiteHost host(code, list_key, model_relation);
+    committed(host, {"Art = 'X'"});
+    const std::string key = table_key;
+    const std::string start = std::string(code) == "EXP_VER0" ? "<VERTRAG,0,>" : "";
+    EXPECT_EQ(host.suite->calls_of("AddFieldTables").back(),
+              "AddFieldTables('" + key + "', 5, '" + start + "', 'R7')");
+  }
 }
 
 TEST(CommitContract, StoresTheListAndBuildsTheText) {

@@ -318,6 +318,66 @@ TEST_F(CriteriaList, PlusAndMinusNeedAValueAndPlusAListWithoutTheNickname) {
   EXPECT_THAT(*host_.log, IsEmpty());
 }
 
+TEST_F(CriteriaList, PlusWithoutAValueOrWithoutAListDoesNothing) {
+  host_.compose("Holzart", "IN", "FI");
+  editor().btnPlus_Click();
+  editor().cboValue.set_text("");
+  const auto expect_ignored = [&](const std::string& value, const std::string& formula) {
+    host_.forget();
+    editor().btnPlus_Click();
+    EXPECT_EQ(editor().value_text(), value);
+    EXPECT_EQ(editor().Formula.text(), formula);
+    EXPECT_THAT(*host_.log, IsEmpty());
+  };
+  expect_ignored("('FI')", "Holzart IN ('FI')");
+  host_.pick(editor().cboField, "Anzahl");
+  editor().cboValue.set_text("3");  // typed, and not yet confirmed
+  expect_ignored("", "Anzahl = ");
+}
+
+// What the number formatter answers to a number can be told from what the user typed; a list is no
+// number.
+std::string marked(std::string_view number) {
+  const std::string text(number);
+  return text.starts_with('(') ? text : "N<" + text + ">";
+}
+
+TEST_F(CriteriaList, DecimalNumbersOfAListAreWrittenForTheServer) {
+  host_.suite->answers().format = marked;
+  host_.compose("Menge", "IN", "1,5");
+  EXPECT_EQ(editor().value_text(), "()");
+  host_.forget();
+  editor().btnPlus_Click();
+  EXPECT_THAT(host_.suite->calls_of("format"), ElementsAre("format('1,5', ' ')"));
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<1,5>)");
+  editor().cboValue.set_text("2,25");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<1,5>, N<2,25>)");
+  editor().cboValue.set_text("3");  // reads the same for the server
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<1,5>, N<2,25>, 3)");
+  editor().cboValue.set_text("1,5");
+  editor().btnMinus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<2,25>, 3)");
+  editor().btnInsert_Click();
+  EXPECT_THAT(host_.lines(), ElementsAre("Menge IN (N<2,25>, 3)"));
+}
+
+TEST_F(CriteriaList, OtherValuesOfAListStayAsTheyAre) {
+  host_.suite->answers().format = marked;
+  host_.compose("Holzart", "IN", "1,5");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Holzart IN ('1,5')");
+  host_.compose("Anzahl", "IN", "1,5");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Anzahl IN (1,5)") << "a whole number has no decimals";
+  module_state().strDecimalSep = ".";
+  host_.compose("Menge", "IN", "1.5");
+  editor().btnPlus_Click();
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (1.5)");
+  EXPECT_THAT(host_.suite->calls_of("format"), IsEmpty());
+}
+
 TEST_F(CriteriaList, PlusDoesNotLookAtTheOperator) {
   host_.compose("Holzart", "=", "FI");
   editor().btnPlus_Click();
@@ -588,13 +648,26 @@ TEST_F(CriteriaList, Holds32767LinesAndRefusesTheNext) {
   editor().btnInsert_Click();
   ASSERT_EQ(list().count(), 32767);
   EXPECT_EQ(list().index(), 0);
+  const std::vector<ListEntry> full = list().entries();
   EXPECT_THROW(editor().btnInsert_Click(), Overflow);
   EXPECT_THROW(editor().btnOr_Click(), Overflow);
-  list().set_index(1);
-  editor().cmdUp_Click();  // moves swallow all errors
-  EXPECT_EQ(list().count(), 32767);
-  EXPECT_EQ(list().index(), 1);
-  EXPECT_EQ(list().entry_text(0), "Anzahl = 2");
+  EXPECT_TRUE(list().entries() == full);
+  EXPECT_EQ(list().index(), 0);
+}
+
+TEST_F(CriteriaList, AFullListCannotBeMoved) {
+  fill_lines(32766);
+  list().add("Anzahl = 2");
+  list().set_item_data(32766, 11);
+  const std::vector<ListEntry> full = list().entries();
+  const auto expect_unmoved = [&](int index, void (F_Selection::*move)()) {
+    list().set_index(index);
+    (editor().*move)();  // moves swallow all errors
+    EXPECT_TRUE(list().entries() == full);
+    EXPECT_EQ(list().index(), index);
+  };
+  expect_unmoved(32766, &F_Selection::cmdUp_Click);
+  expect_unmoved(32765, &F_Selection::cmdDown_Click);
 }
 
 // --- Failures

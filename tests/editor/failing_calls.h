@@ -37,9 +37,10 @@ class AnsweringUser : public ScriptedUserInterface {
 };
 
 // Lets this user answer from now on. Module state stays as it is.
-inline std::shared_ptr<AnsweringUser> let_user_answer(RunHost& host) {
+template <class User = AnsweringUser>
+std::shared_ptr<User> let_user_answer(RunHost& host) {
   const ModuleState state = module_state();
-  auto user = std::make_shared<AnsweringUser>(host.log);
+  auto user = std::make_shared<User>(host.log);
   host.user = user;
   install_host({host.suite, host.user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
                 [&host] { return host.editor; }});

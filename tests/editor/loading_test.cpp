@@ -96,6 +96,19 @@ TEST(LoadModel, WithoutARowLoadsNothing) {
   EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
 }
 
+TEST(LoadModel, WithoutASelectedModelDoesNothing) {
+  ModelHost host;
+  host.load("=== ODER ===;10 = 'FI';");
+  host.editor->ListCriteria.set_index(1);
+  host.editor->Model.set_index(-1);
+  host.forget();
+  host.editor->Model_DblClick();
+  EXPECT_EQ(host.editor->ListCriteria.entries(), (Lines{kOr, {"Holzart = 'FI'", 10}}));
+  EXPECT_EQ(host.editor->ListCriteria.index(), 1);
+  EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+  EXPECT_THAT(*host.log, IsEmpty());
+}
+
 TEST(LoadModel, TakesAnOtherOrLineForACriterion) {
   ModelHost host;
   EXPECT_THROW(host.load("=== ODER ===;=== oder ===;"), Error);
@@ -255,6 +268,45 @@ TEST(LoadText, FailsForAFieldThatIsNoNumber) {
   EXPECT_EQ(host.load("=== ODER ===;5 = 'FI';"), (Lines{kOr, {"Holzart = 'FI'", 5}}));
 }
 
+// A criteria string of that many records, and the lines that show it. Most are OR lines, which ask
+// for no type.
+std::pair<std::string, Lines> numbered_criteria(int count) {
+  std::string criteria;
+  Lines lines;
+  for (int i = 0; i < count; ++i) {
+    const std::string number = std::to_string(i);
+    const bool is_or = i % 50 != 0;
+    criteria += is_or ? kOr.text + ";" : "7 = " + number + ";";
+    lines.push_back(is_or ? kOr : ListEntry{"Menge = " + number, 7});
+  }
+  return {criteria, lines};
+}
+
+TEST(LoadText, FillsAListUpToItsLimitAndWritesItBack) {
+  TextHost host;
+  const auto [criteria, lines] = numbered_criteria(32767);
+  EXPECT_TRUE(host.load(criteria) == lines);
+  EXPECT_TRUE(host.editor->GetWriteString(host.context) == criteria);
+  host.editor->ListCriteria.clear();
+  host.editor->FillListCriteria(host.context, criteria, "NML");
+  EXPECT_TRUE(host.editor->ListCriteria.entries() == lines);
+}
+
+TEST(LoadText, RefusesMoreLinesThanAListHoldsAndChangesNothing) {
+  TextHost host;
+  const std::string criteria = numbered_criteria(32768).first;
+  host.load("=== ODER ===;5 = 'FI';");
+  const Lines lines = {kOr, {"Holzart = 'FI'", 5}};
+  std::string text;
+  std::string formula;
+  EXPECT_THROW(host.editor->Run(host.context, text, formula, false, criteria), Overflow);
+  EXPECT_EQ(host.editor->ListCriteria.entries(), lines);
+  EXPECT_THROW(host.editor->FillListCriteria(host.context, criteria, "NML"), Overflow);
+  EXPECT_EQ(host.editor->ListCriteria.entries(), lines);
+  EXPECT_EQ(host.editor->ListCriteria.index(), 0);
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+}
+
 TEST(LoadText, LeavesTheCaption) {
   TextHost host;
   host.load("=== ODER ===;");
@@ -297,6 +349,12 @@ TEST(LoadContract, ReadsTheSelectionOfQuantities) {
   EXPECT_EQ(host.load("VERTRAG_MENGEN", "=== ODER ===;7 < 3;"), (Lines{kOr, {"Menge < 3", 7}}));
 }
 
+TEST(LoadContract, OfNullShowsAnEmptyList) {
+  ContractHost host;
+  host.fill_lines({kOr});
+  EXPECT_THAT(host.load("VERTRAG_PREISE", Value()), IsEmpty());
+}
+
 const std::string kContract = "SELECT * FROM VERTRAG_PREISE WHERE ID = 12";
 
 // The calls on the contract's row while the list is committed.
@@ -325,11 +383,12 @@ TEST(StoreContract, ReplacesWhatItHeldByTheList) {
                           {"Datum < -3", 6},
                           {"Datum > 5", 6},
                           {"Datum = 'NULL'", 6},
-                          {"holzart IN ('A', 'B') ", 5},
-                          {"Unbekannt = 1", 5}}),
+                          {"Datum IN ('3.4.2021', -3)", 6},
+                          {"holzart IN ('A', 'B') ", 5}}),
             Texts({"open " + kContract + " [keyset, optimistic]",
                    "set_value SELEKTION_VALUE = 5 = 'FI';7 >= 5,5;=== ODER ===;6 = 'S(3.4.2021)';"
-                   "6 < GETDATE()-3;6 > GETDATE()+5;6 = Null;5 IN ('A', 'B') ;0 = 1;",
+                   "6 < GETDATE()-3;6 > GETDATE()+5;6 = Null;6 IN ('S(3.4.2021)',GETDATE()-3) ;"
+                   "5 IN ('A', 'B') ;",
                    "update"}));
   EXPECT_EQ(host.connection->open_recordsets(), 0U);
 }

@@ -3,6 +3,7 @@
 
 #include <map>
 
+#include "editor/catalogue_values.h"
 #include "platform/error.h"
 #include "tests/editor/editor_host.h"
 #include "tests/editor/failure_sweep.h"
@@ -146,7 +147,10 @@ TEST_F(Pickers, AnUnknownJoinKindIsToldAndLeavesThePointerBusy) {
   pick_field("Kreuz");
   EXPECT_EQ(host_.user->pointer(), PointerShape::kHourglass);
   EXPECT_THAT(values(), IsEmpty());
-  EXPECT_THAT(operators(), IsEmpty()) << "nothing can be composed";
+  EXPECT_THAT(operators(), IsEmpty());
+  editor().cboValue.set_text("x");
+  editor().btnInsert_Click();
+  EXPECT_EQ(editor().ListCriteria.count(), 0) << "nothing can be composed";
   pick_field("Anzahl");
   EXPECT_EQ(host_.user->pointer(), PointerShape::kDefault);
   EXPECT_THAT(values(), ElementsAre("Null", "1", "2"));
@@ -188,6 +192,32 @@ TEST_F(Pickers, TheUnitFieldsListUnits) {
   EXPECT_THAT(values(), ElementsAre("'%'", "'cm'"));
   pick_field("DM/EURO");
   EXPECT_THAT(values(), ElementsAre("EURO", "DM"));
+}
+
+TEST(PickersOfValues, OfATableWithoutRestrictionAreThoseOfAllItsRows) {
+  EditorHost host;
+  host.suite->answers().has_restrictions = false;
+  host.connection->answer(
+      "SELECT MODELS.ID,MODELS.NAME FROM MODELS LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS "
+      "= ACCESS_LEVELS.ID WHERE MODELS.RELATION = 'SONST' ORDER BY MODELS.NAME,MODELS.ID",
+      {{"ID", FieldType::kInteger}, {"NAME"}});
+  const std::map<std::string, std::string> queries = {
+      {"Anzahl", "SELECT DISTINCT LAGER.ANZAHL FROM LAGER ORDER BY 1"},
+      {"Artname",
+       "SELECT DISTINCT HOLZART.NAME AS FVALUE FROM LAGER INNER JOIN HOLZART ON LAGER.ID_HA = "
+       "HOLZART.ID ORDER BY 1"},
+      {"Gruppe",
+       "SELECT DISTINCT HOLZART.NAME AS FVALUE FROM LAGER INNER JOIN (HOLZART INNER JOIN GRUPPE ON "
+       "HOLZART.ID_GR = GRUPPE.ID) ON LAGER.ID_HA = HOLZART.ID ORDER BY 1"}};
+  for (const auto& [field, query] : queries) host.answer_values(query, {"1"});
+  host.open_sonst();
+  for (const auto& [field, query] : queries) {
+    SCOPED_TRACE(field);
+    host.forget();
+    host.pick(host.editor->cboField, field);
+    EXPECT_EQ(host.connection->statements()[1], query);
+    EXPECT_EQ(host.editor->cboValue.entries().back().text, "1");
+  }
 }
 
 // --- Operators
@@ -262,15 +292,48 @@ TEST_F(Pickers, APickedValueIsConvertedByTheTypeOfItsColumn) {
   EXPECT_EQ(formula(), "Anzahl = 2");
 }
 
-TEST_F(Pickers, ANumberWithDecimalsGoesThroughTheNumberFormatter) {
+// Marks what the number formatter has seen; a list is no number.
+std::string marked(std::string_view number) {
+  const std::string text(number);
+  return text.starts_with('(') ? text : "N<" + text + ">";
+}
+
+TEST_F(Pickers, AValueOfADecimalFieldIsWhatTheNumberFormatterMakesOfIt) {
+  host_.suite->answers().format = marked;
   pick_field("Menge");
   host_.forget();
   host_.pick(editor().cboValue, "1,5");
   EXPECT_THAT(host_.suite->calls_of("format"), ElementsAre("format('1,5', ' ')"));
-  EXPECT_EQ(formula(), "Menge = 1,5");  // as the formatter of the fake answers
+  EXPECT_EQ(editor().value_text(), "N<1,5>");
+  EXPECT_EQ(formula(), "Menge = N<1,5>");
+  host_.compose("Menge", "=", "7");
+  EXPECT_EQ(formula(), "Menge = N<7>");
   host_.forget();
   host_.compose("Anzahl", "=", "2");
   EXPECT_THAT(host_.suite->calls_of("format"), IsEmpty());
+  EXPECT_EQ(formula(), "Anzahl = 2");
+}
+
+TEST_F(Pickers, AnotherOperatorKeepsADecimalNumberAsTheServerReadsIt) {
+  host_.suite->answers().format = marked;
+  host_.compose("Menge", "=", "1,5");
+  host_.pick(editor().cboOperator, "<");
+  EXPECT_EQ(formula(), "Menge < N<1,5>");
+  host_.pick(editor().cboOperator, "IN");
+  host_.pick(editor().cboOperator, ">=");
+  EXPECT_EQ(formula(), "Menge >= N<1,5>");
+}
+
+TEST_F(Pickers, AListOfDecimalNumbersStaysAsItIsWhenAValueIsChosen) {
+  host_.suite->answers().format = marked;
+  host_.compose("Menge", "IN", "2,5");
+  host_.forget();
+  host_.pick(editor().cboValue, "1,5");
+  EXPECT_THAT(host_.suite->calls_of("format"), ElementsAre("format('()', ' ')"));
+  EXPECT_EQ(formula(), "Menge IN ()");
+  editor().btnPlus_Click();
+  host_.pick(editor().cboValue, "2");
+  EXPECT_EQ(formula(), "Menge IN (N<1,5>)");
 }
 
 TEST_F(Pickers, AnEmptyValueAsksForNoType) {
@@ -359,6 +422,23 @@ TEST(PickersOfKeys, DependOnTheTypeOfTheField) {
   }
 }
 
+TEST(PickersOfKeys, KnowTheUnitFieldsInEitherCaseAndWithBlanks) {
+  for (const char* text : {" rindeprozent ", "RindeProzent", "dm/euro", " DM/Euro"}) {
+    SCOPED_TRACE(text);
+    EditorHost host;
+    SelektionRow row = {.id = 20, .name = "SPALTE", .nickname = "SPALTE", .table = "LAGER"};
+    host.answer_fields("SONST", {{row, text, "", FieldType::kVarWChar}});
+    host.answer_values(plain_query("SPALTE"), {"x"});
+    host.open("SONST");
+    host.pick(host.editor->cboField, text);
+    host.user->expect_message({"T195", 48, "Kestrova", "", 0});
+    int key = '1';
+    host.editor->cboValue_KeyPress(key);
+    EXPECT_EQ(key, 0);
+    host.user->verify();
+  }
+}
+
 TEST_F(Pickers, TheUnitFieldsRefuseEveryKeyWithAMessage) {
   for (const char* field : {"RINDEPROZENT", "DM/EURO"}) {
     pick_field(field);
@@ -432,6 +512,22 @@ TEST(PickersOfACatalogueRelation, ListTheLastHundredValues) {
     host.pick(host.editor->cboField, "Holzart");
     EXPECT_EQ(host.texts_of(host.editor->cboValue), numbered_texts(first_shown, rows - 1));
   }
+}
+
+// "BB" is no relation of the catalogue today, so that no editor can show this.
+TEST(CatalogueValues, AreTheLastHundredAndForOneRelationAll) {
+  const auto shown = [](std::string_view relation, int count) {
+    CatalogueValues values(relation);
+    for (const std::string& value : numbered_texts(0, count - 1)) values.add(value);
+    return std::vector<std::string>(values.entries().begin(), values.entries().end());
+  };
+  EXPECT_EQ(shown("1WL", 150), numbered_texts(50, 149));
+  EXPECT_EQ(shown("1WL", 101), numbered_texts(1, 100));
+  EXPECT_EQ(shown("1WL", 100), numbered_texts(0, 99));
+  EXPECT_THAT(shown("1WL", 0), IsEmpty());
+  EXPECT_EQ(shown("BB", 150), numbered_texts(0, 149));
+  EXPECT_EQ(shown("bb", 150), numbered_texts(50, 149));
+  EXPECT_EQ(shown("BBF", 150), numbered_texts(50, 149));
 }
 
 TEST(PickersOfACatalogueRelation, AskTheSuiteAndTheRowsOfTheRelation) {

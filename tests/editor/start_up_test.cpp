@@ -261,6 +261,61 @@ TEST(Binding, OfWorkOrdersOffersOnlyTheirPermittedFields) {
   EXPECT_EQ(host.editor->relation(), "4ARB");
 }
 
+TEST(Binding, OfAllPersonsOutsideTheCatalogueOffersTheFieldsOfCustomers) {
+  for (const char* code : {" 2pvall ", "2pvall", "2PVALL "}) {
+    SCOPED_TRACE(code);
+    RunHost host;
+    host.answer_fields("2PVK", {field(10, "Name")});
+    host.answer_models("2PVALL");
+    EXPECT_EQ(host.start(code), code);
+    EXPECT_EQ(host.editor->relation(), "2PVALL");
+    EXPECT_EQ(host.editor->cboField.entries(), (std::vector<ListEntry>{{"Name", 10}}));
+  }
+}
+
+TEST(Binding, OffersTheOperatorsOfTextsUntilAFieldIsChosen) {
+  Sonst host;
+  host.answer_models("SONST");
+  host.start("SONST");
+  EXPECT_EQ(host.editor->cboField.index(), -1);
+  EXPECT_THAT(host.texts_of(host.editor->cboOperator),
+              ElementsAre("=", ">", "<", ">=", "<=", "<>", "LIKE", "IN"));
+  EXPECT_EQ(host.editor->cboOperator.text(), "=");
+  EXPECT_FALSE(host.editor->btnPlus.enabled());
+  EXPECT_FALSE(host.editor->btnMinus.enabled());
+}
+
+TEST(Binding, LeavesValueAndFormulaEmptyWhateverTheModelHolds) {
+  RunHost host;
+  host.answer_fields("SONST", sonst_fields());
+  host.answer_values("SELECT HA FROM HOLZART WHERE ISNULL(DISABLE,0) = 0 ORDER BY HA", {"FI"});
+  host.connection->answer("SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 10",
+                          {{"ID_STRING", FieldType::kInteger}}, {{110}});
+  host.suite->answers().texts[110] = "Holzart";
+  host.answer_models("SONST", {{7, "Alt"}});
+  host.answer_criteria(7, "10 <> 'FI';");
+  host.start("SONST");
+  EXPECT_EQ(host.editor->ListCriteria.entries(), (std::vector<ListEntry>{{"Holzart <> 'FI'", 10}}));
+  EXPECT_EQ(host.editor->cboField.text(), "Holzart") << "the line has been shown";
+  EXPECT_EQ(host.editor->cboOperator.text(), "<>");
+  EXPECT_EQ(host.editor->cboValue.text(), "");
+  EXPECT_EQ(host.editor->Formula.text(), "");
+}
+
+TEST(Binding, KeepsItsOwnCopyOfTheCallersContext) {
+  RunHost host;
+  host.answer_fields("SONST", sonst_fields());
+  host.answer_values(plain_query("ANZAHL"), {1});
+  host.answer_models("SONST");
+  host.start("SONST");
+  host.context.lngAccessLevel = 99;
+  host.context.dbado = nullptr;
+  host.forget();
+  host.pick(host.editor->cboField, "Anzahl");
+  EXPECT_THAT(host.suite->calls_of("restrict"), ElementsAre("restrict('LAGER', '', 7)"));
+  EXPECT_THAT(host.texts_of(host.editor->cboValue), ElementsAre("Null", "1"));
+}
+
 // --- Numbers
 
 TEST(Binding, KeepsOnlyNumbersFrom1To3000) {
@@ -347,6 +402,32 @@ TEST(StartModel, IsTheFirstOneWhenTheStandardIsNotListed) {
   host.start("SONST");
   EXPECT_EQ(host.editor->Model.index(), 0);
   EXPECT_EQ(host.editor->txtStandard.text(), "");
+}
+
+// A suite may restrict nothing.
+TEST(StartModel, WithoutRestrictionIsOneOfAllModels) {
+  Sonst host;
+  host.suite->answers().has_restrictions = false;
+  host.suite->answers().standard_model = 9;
+  host.connection->answer(
+      "SELECT MODELS.ID,MODELS.NAME FROM MODELS LEFT JOIN ACCESS_LEVELS ON MODELS.ID_ACCESS_LEVELS "
+      "= ACCESS_LEVELS.ID WHERE MODELS.RELATION = 'SONST' ORDER BY MODELS.NAME,MODELS.ID",
+      {{"ID", FieldType::kInteger}, {"NAME"}}, {{7, "Alt"}, {9, "Neu"}});
+  host.answer_state(model_state_query("SONST", 9));
+  host.answer_criteria(9, "");
+  host.start("SONST");
+  EXPECT_EQ(host.editor->Model.entries(), (std::vector<ListEntry>{{"Alt", 7}, {"Neu", 9}}));
+  EXPECT_EQ(host.editor->caption(), "Selektion: Neu");
+  host.forget();
+  host.editor->chkStandard.set_checked(true);
+  const std::string model_class =
+      "(CASE WHEN MODELS.NICHT_ANDERBAR = 1 THEN 3 WHEN MODELS.ID_ACCESS_LEVELS IS NOT NULL THEN 2 "
+      "ELSE 1 END)";
+  EXPECT_THAT(
+      host.connection->statements(),
+      ElementsAre("UPDATE MODELS SET STANDARD = (CASE WHEN MODELS.ID = 9 THEN 1 ELSE 0 END) "
+                  "WHERE RELATION = 'SONST' AND " +
+                  model_class + " = (SELECT " + model_class + " FROM MODELS WHERE ID = 9)"));
 }
 
 TEST(StartModel, OfARunIsThatOfAllRuns) {

@@ -120,6 +120,18 @@ TEST_F(ModelList, BeginsWithTheEmptyEntryAlsoWithoutModels) {
   EXPECT_EQ(combo.selected, -1);
 }
 
+// A suite may restrict nothing.
+TEST_F(ModelList, WithoutRestrictionHoldsAllModelsOfTheRelation) {
+  host.suite->answers().has_restrictions = false;
+  host.connection->answer(
+      "SELECT MODELS.ID,MODELS.NAME,MODELS.STANDARD FROM MODELS LEFT JOIN ACCESS_LEVELS ON "
+      "MODELS.ID_ACCESS_LEVELS = ACCESS_LEVELS.ID WHERE MODELS.RELATION = '1VM' ORDER BY "
+      "MODELS.NAME",
+      model_columns(), {{31, "Buche", 0}});
+  fill("1VM");
+  EXPECT_EQ(combo.entries, (std::vector<ListEntry>{{"", 0}, {"Buche", 31}}));
+}
+
 TEST_F(ModelList, ReplacesWhatStoodThere) {
   combo.entries = {{"old", 5}, {"older", 6}};
   combo.selected = 1;

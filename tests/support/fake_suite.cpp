@@ -107,6 +107,7 @@ class FakeTableAccess : public TableAccessService, private FakeService {
                                  std::int32_t option1, std::int32_t option2,
                                  const KesVar&) override {
     call("GetFieldExpression", table_key, field_number, option1, option2);
+    if (field_number == 0) throw ItemNotFound("0 is never a field.");
     return "EXPR(" + std::string(table_key) + "," + std::to_string(field_number) + ")";
   }
 
@@ -146,6 +147,7 @@ class FakeAccessLevelFilter : public AccessLevelFilter, private FakeService {
   std::string restrict(std::string_view base_table, std::string_view condition, const KesVar&,
                        std::int32_t option) override {
     call("restrict", base_table, condition, option);
+    if (!answers().has_restrictions) return std::string(condition);
     return std::string(condition) + " {" + std::string(base_table) + "," + std::to_string(option) +
            "}";
   }
@@ -223,7 +225,7 @@ class FakeNumFormatter : public NumFormatter, private FakeService {
   using FakeService::FakeService;
   std::string format(std::string_view number, std::string_view blank) override {
     call("format", number, blank);
-    return std::string(number);
+    return answers().format(number);
   }
 };
 

@@ -2,7 +2,7 @@
 // and that a test can change.
 //
 //   AddFieldTables('LAGER', 5, 'A,B', 'X')   A,B<LAGER,5,X>
-//   GetFieldExpression('LAGER', 5, 0, 0)     EXPR(LAGER,5)
+//   GetFieldExpression('LAGER', 5, 0, 0)     EXPR(LAGER,5)   (0 is never a field: ItemNotFound)
 //   MapFieldId('FO', 5)                      105
 //   AddTable('A,B', 'C', 'X')                A,B,C   (A,B when C is one of the items already)
 //   AddCondition('P', 'Q')                   P AND Q (Q when the first is empty, and P likewise)
@@ -37,6 +37,10 @@ struct FakeAnswers {
   std::map<std::string, bool, std::less<>> options;   // false for all others
   std::int32_t standard_model = 0;
   std::string order_restriction = " WHERE ORDERS";
+  bool has_restrictions = true;  // false: restrict() answers the condition as it is
+  std::function<std::string(std::string_view number)> format = [](std::string_view number) {
+    return std::string(number);
+  };
   std::function<std::int32_t(std::string_view relation, std::int32_t field_id)> map_field_id =
       [](std::string_view, std::int32_t field_id) { return field_id + 100; };
 };

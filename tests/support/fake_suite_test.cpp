@@ -18,6 +18,8 @@ TEST(FakeSuite, AnswersTableAccessFromTheArguments) {
   const auto service = suite.table_access();
   EXPECT_EQ(service->AddFieldTables("LAGER", 5, "A,B", "X", context), "A,B<LAGER,5,X>");
   EXPECT_EQ(service->GetFieldExpression("LAGER", 5, 0, 0, context), "EXPR(LAGER,5)");
+  EXPECT_THROW(FakeSuite().table_access()->GetFieldExpression("LAGER", 0, 0, 0, context),
+               ItemNotFound);
   EXPECT_EQ(service->MapFieldId("FO", 5), 105);
   EXPECT_EQ(service->field_format("LAGER", 5, context), "");
   EXPECT_EQ(service->order_restriction(context), " WHERE ORDERS");
@@ -64,6 +66,10 @@ TEST(FakeSuite, AnswersWhatATestHasSet) {
   EXPECT_EQ(suite.table_access()->field_format("LAGER", 7, context), "0.00");
   EXPECT_EQ(suite.table_access()->order_restriction(context), "");
   EXPECT_EQ(suite.table_access()->MapFieldId("FO", 3), 0);
+  suite.answers().has_restrictions = false;
+  suite.answers().format = [](std::string_view number) { return "N" + std::string(number); };
+  EXPECT_EQ(suite.access_level_filter()->restrict("LAGER", "P", context, 0), "P");
+  EXPECT_EQ(suite.num_formatter()->format("1,5", "."), "N1,5");
   ComboBox list("cboField", ComboBox::Style::kDropDownList);
   suite.table_access()->FillFieldList("FO", list, context, 0);
   suite.table_access()->FillFieldList("OTHER", list, context, 0);
