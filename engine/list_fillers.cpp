@@ -58,8 +58,10 @@ void Comm_Sel::Fill_ComboModel(const KesVar& KesVar, ComboPort& tmpCombo,
   tmpCombo.AddItem("");
   tmpCombo.SetItemData(tmpCombo.NewIndex(), 0);
   for (; !models->eof(); models->move_next()) {
-    tmpCombo.AddItem(models->value("NAME").text_or_empty());
-    tmpCombo.SetItemData(tmpCombo.NewIndex(), models->value("ID").integer());
+    const std::string name = models->value("NAME").text_or_empty();
+    const std::int32_t id = models->value("ID").integer();
+    tmpCombo.AddItem(name);
+    tmpCombo.SetItemData(tmpCombo.NewIndex(), id);
   }
   models->close();
 
