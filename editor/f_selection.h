@@ -152,6 +152,11 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void FillListCriteria(const KesVar& context, std::string_view criteria,
                         std::string_view relation);
 
+  // The FROM/WHERE text of the lines as they are now, as a stored filter of them would be
+  // translated: nothing is stored, and the results stay. "" for an empty list, and for the
+  // relations whose translation fills a temporary table.
+  std::string counted_from_where() const;
+
   // --- What views and hosts read
   // -----------------------------------------------------------------------------
 
@@ -160,6 +165,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::string caption() const override { return caption_; }
   bool is_visible() const override { return visible_; }
   void close_requested() override;
+  const std::string& or_line() const override;
 
   // The relation code that the editor works with.
   const std::string& relation() const { return strRelation; }

@@ -25,5 +25,7 @@ void materialise(const GlobalOptions& options, const MaterialiseArguments& argum
                  std::ostream& out);
 void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments,
                   std::ostream& out);
+// Only in a program built with the window.
+void edit(const GlobalOptions& options, const EditArguments& arguments, std::ostream& out);
 
 }  // namespace kestrova::tool

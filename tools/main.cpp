@@ -33,6 +33,7 @@ struct CommandLine {
   ValuesArguments values;
   AuditArguments audit;
   MaterialiseArguments materialise;
+  EditArguments edit;
   DemoDbArguments demo_db;
   Command command;
   int exit_code = kExitOk;  // of a command that has done its work
@@ -52,6 +53,7 @@ struct CommandLine {
   void add_values();
   void add_audit();
   void add_materialise();
+  void add_edit();
   void add_demo_db();
 };
 
@@ -128,6 +130,7 @@ CommandLine::CommandLine() {
   add_values();
   add_audit();
   add_materialise();
+  add_edit();
   add_demo_db();
 }
 
@@ -262,6 +265,27 @@ void CommandLine::add_materialise() {
   add_limit(*sub, materialise.limit);
   sub->add_flag("--batch", materialise.batch_only,
                 "Show the batch for LEISTUNGS_BB that a caller without a connection is given");
+}
+
+void CommandLine::add_edit() {
+#ifdef KESTROVA_HAS_QT
+  CLI::App* sub = add(
+      "edit", "Edit a filter in the dialog, and show what it became",
+      "kestrova-sel --db forest.db edit 1VM",
+      [this](const GlobalOptions& o, std::ostream& out) { kestrova::tool::edit(o, edit, out); });
+  add_code(*sub, edit.code);
+  sub->add_option("--variant", edit.variant, "Variant tag of the selection")->type_name("TAG");
+  sub->add_option("--criteria", edit.subset, "Criteria string to start from, instead of a model")
+      ->type_name("CRITERIA");
+  sub->add_flag("--read-only", edit.read_only, "Look, but change nothing");
+  sub->add_flag("--count", edit.count_rows, "Show how many records the lines select");
+  sub->add_option("--theme", edit.theme, "Colours of the window")
+      ->check(one_of({"system", "light", "dark"}))
+      ->type_name("system|light|dark")
+      ->capture_default_str();
+  sub->add_option("--screenshot", edit.screenshot, "Take a picture of the window and close it")
+      ->type_name("FILE");
+#endif
 }
 
 void CommandLine::add_demo_db() {

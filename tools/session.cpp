@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <functional>
 #include <iostream>
+#include <utility>
 
+#include "editor/f_selection.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #include "platform/sqlite/sqlite_connection.h"
@@ -53,11 +56,14 @@ std::string_view scheme_of(std::string_view database) {
   return is_scheme ? scheme : std::string_view();
 }
 
-// Opens the file, read-only because showing what a filter selects must never change the suite's
-// data. The first look into it tells whether the suite lives there.
-std::shared_ptr<Connection> open_suite_file(const std::string& file) {
+// Showing what a filter selects must never change the suite's data.
+enum class Access { kRead, kWrite };
+
+// Opens the file. The first look into it tells whether the suite lives there.
+std::shared_ptr<Connection> open_suite_file(const std::string& file, Access access) {
   try {
-    std::shared_ptr<Connection> connection = open_sqlite(file, {.read_only = true});
+    std::shared_ptr<Connection> connection =
+        open_sqlite(file, {.read_only = access == Access::kRead});
     connection->open("SELECT TOP 0 TABLE_KEY FROM SUITE_TABLE_KEYS", CursorType::kForwardOnly,
                      LockType::kReadOnly);
     return connection;
@@ -67,7 +73,7 @@ std::shared_ptr<Connection> open_suite_file(const std::string& file) {
   }
 }
 
-std::shared_ptr<Connection> open_connection(const std::string& database) {
+std::shared_ptr<Connection> open_connection(const std::string& database, Access access) {
   if (database.empty()) {
     throw UsageError(
         "this needs a database: give one with --db FILE, or make the sample database with "
@@ -83,12 +89,39 @@ std::shared_ptr<Connection> open_connection(const std::string& database) {
                             "demo-db FILE'",
                         "08001");
   }
-  return open_suite_file(database);
+  return open_suite_file(database, access);
 }
 
 std::string access_level_list(std::int32_t user_level) {
   const std::string all = "SELECT ID FROM ACCESS_LEVELS";
   return user_level == kHeadOffice ? all : all + " WHERE ID = " + std::to_string(user_level);
+}
+
+std::shared_ptr<SettingsUserLocale> make_locale(const GlobalOptions& options) {
+  return std::make_shared<SettingsUserLocale>(options.language, options.date_order);
+}
+
+Session make_session(const GlobalOptions& options, Access access) {
+  Session session{.context = {}, .format = ValueFormat(make_locale(options))};
+  session.context.dbado = open_connection(options.database, access);
+  session.context.strLanguage = options.language;
+  session.context.strOderLine = options.or_line;
+  session.context.strNatWahrung = kNationalCurrency;
+  session.context.strDateOrder = options.date_order;
+  session.context.lngAccessLevel = options.user_level;
+  session.context.strAccessLevelList = access_level_list(options.user_level);
+  session.context.lngUserID = options.user;
+  return session;
+}
+
+void install(const Session& session, const GlobalOptions& options,
+             std::shared_ptr<UserInterface> user_interface,
+             std::function<std::shared_ptr<SelectionForm>()> make_form) {
+  const auto locale = make_locale(options);
+  install_host({.suite = make_standalone_suite(session.context.dbado, locale),
+                .user_interface = std::move(user_interface),
+                .user_locale = locale,
+                .make_selection_form = std::move(make_form)});
 }
 
 }  // namespace
@@ -108,22 +141,17 @@ Value Session::single_value(std::string_view sql) const {
 }
 
 Session open_session(const GlobalOptions& options) {
-  const std::shared_ptr<Connection> connection = open_connection(options.database);
-  const auto locale = std::make_shared<SettingsUserLocale>(options.language, options.date_order);
+  Session session = make_session(options, Access::kRead);
   const auto lists = std::make_shared<SelectedField>();
-  install_host({.suite = make_standalone_suite(connection, locale),
-                .user_interface = std::make_shared<ConsoleUserInterface>(),
-                .user_locale = locale,
-                .make_selection_form = [lists] { return lists; }});
-  Session session{.context = {}, .format = ValueFormat(locale), .lists = lists};
-  session.context.dbado = connection;
-  session.context.strLanguage = options.language;
-  session.context.strOderLine = options.or_line;
-  session.context.strNatWahrung = kNationalCurrency;
-  session.context.strDateOrder = options.date_order;
-  session.context.lngAccessLevel = options.user_level;
-  session.context.strAccessLevelList = access_level_list(options.user_level);
-  session.context.lngUserID = options.user;
+  session.lists = lists;
+  install(session, options, std::make_shared<ConsoleUserInterface>(), [lists] { return lists; });
+  return session;
+}
+
+Session open_editor_session(const GlobalOptions& options,
+                            std::shared_ptr<UserInterface> user_interface) {
+  Session session = make_session(options, Access::kWrite);
+  install(session, options, std::move(user_interface), &make_selection_form);
   return session;
 }
 

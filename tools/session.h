@@ -10,6 +10,7 @@
 #include "interface/selection_form.h"
 #include "platform/kes_var.h"
 #include "platform/suite.h"
+#include "platform/user_interface.h"
 #include "tools/options.h"
 #include "tools/values.h"
 
@@ -32,7 +33,7 @@ class SelectedField : public SelectionForm {
 struct Session {
   KesVar context;
   ValueFormat format;
-  std::shared_ptr<SelectedField> lists{};
+  std::shared_ptr<SelectedField> lists{};  // not in an editor's session
 
   Connection& connection() const { return connection_of(context); }
 
@@ -44,6 +45,10 @@ struct Session {
 // a kind of database that the program does not know, DatabaseError for a file that is missing or
 // is no database.
 Session open_session(const GlobalOptions& options);
+
+// The same for the selection editor, which may write models, with a user who answers.
+Session open_editor_session(const GlobalOptions& options,
+                            std::shared_ptr<UserInterface> user_interface);
 
 // 's' with its apostrophes doubled and between apostrophes.
 std::string sql_literal(std::string_view s);
