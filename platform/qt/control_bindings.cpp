@@ -1,6 +1,10 @@
 #include "platform/qt/control_bindings.h"
 
+#include <QApplication>
+#include <QFocusEvent>
 #include <QSignalBlocker>
+#include <algorithm>
+#include <utility>
 
 #include "platform/qt/captions.h"
 
@@ -68,7 +72,10 @@ CheckBoxBinding::CheckBoxBinding(CheckBox& box, QCheckBox& widget, EventBoundary
 void CheckBoxBinding::show() {
   widget_.setChecked(box_.checked());
   const QString caption = to_qt(box_.caption()).replace('&', "&&");
-  widget_.setText(caption.isEmpty() ? caption_ : caption_ + ": " + caption);
+  const QString text = caption.isEmpty() ? caption_ : caption_ + ": " + caption;
+  if (widget_.text() == text) return;
+  widget_.setText(text);
+  widget_.setShortcut({});  // the window has the mnemonic
 }
 
 TextBinding::TextBinding(TextBox& box, QLineEdit& widget, EventBoundary& boundary)
@@ -117,7 +124,10 @@ void ListBinding::bind_drag(ListBox& list) {
 void ListBinding::show() { view_.show_entries(list_.entries(), list_.index()); }
 
 ComboBinding::ComboBinding(ComboBox& combo, QComboBox& widget, EventBoundary& boundary)
-    : ControlBinding(combo, widget, boundary), combo_(combo), widget_(widget) {
+    : ControlBinding(combo, widget, boundary),
+      combo_(combo),
+      widget_(widget),
+      tip_(widget.toolTip()) {
   connect(&widget, &QComboBox::activated, this,
           [this](int index) { act([this, index] { combo_.pick(index); }); });
 }
@@ -127,8 +137,10 @@ ComboBinding::ComboBinding(ComboBox& combo, QComboBox& widget, EventBoundary& bo
 void ComboBinding::show() {
   const QSignalBlocker quiet(widget_);
   show_entries();
-  widget_.setCurrentIndex(combo_.index());
-  widget_.setToolTip(to_qt(combo_.text()));
+  // Setting no index clears a typed text.
+  if (widget_.currentIndex() != combo_.index()) widget_.setCurrentIndex(combo_.index());
+  // A long entry may be cut off in the box.
+  widget_.setToolTip(combo_.text().empty() ? tip_ : to_qt(combo_.text()) + "\n" + tip_);
 }
 
 void ComboBinding::show_entries() {
@@ -144,13 +156,26 @@ ValueBinding::ValueBinding(ComboBox& combo, QComboBox& widget, ValueEdit& edit,
                            EventBoundary& boundary, std::function<void()> on_enter)
     : ComboBinding(combo, widget, boundary), edit_(edit) {
   edit.filter_key = [this](int key) { return filter_key(key); };
-  edit.on_leave = [this] { confirm(); };
+  edit.installEventFilter(this);
+  widget.installEventFilter(this);
   edit.on_enter = [this, on_enter = std::move(on_enter)] {
     confirm();
     on_enter();
   };
   connect(&edit, &QLineEdit::textEdited, this, [this](const QString& text) { typed(text); });
   connect(&widget, &QComboBox::activated, this, [this] { is_typed_ = false; });
+}
+
+// The window losing the focus to another one, or to a menu, is no leaving, and the focus may stand
+// in the box or in its text.
+bool ValueBinding::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::FocusOut) return false;
+  const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+  const bool is_elsewhere = reason == Qt::ActiveWindowFocusReason ||
+                            reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
+  const QWidget* const now = QApplication::focusWidget();
+  if (!is_elsewhere && now != &widget_ && now != &edit_) confirm();
+  return false;
 }
 
 int ValueBinding::filter_key(int key) {
@@ -182,15 +207,17 @@ void ValueBinding::confirm() {
 }
 
 void ValueBinding::show() {
+  const QSignalBlocker quiet(edit_);
+  const QString before = edit_.text();
   const int cursor = edit_.cursorPosition();
   ComboBinding::show();
   const QString text = to_qt(combo_.text());
-  if (edit_.text() != text) {
-    const QSignalBlocker quiet(edit_);
-    edit_.setText(text);
+  if (edit_.text() != text) edit_.setText(text);
+  if (before == text) {
+    edit_.setCursorPosition(cursor);
+  } else {
     is_typed_ = false;
   }
-  edit_.setCursorPosition(std::min<int>(cursor, static_cast<int>(text.size())));
 }
 
 }  // namespace kestrova::qt

@@ -103,6 +103,7 @@ class ComboBinding : public ControlBinding {
 
  private:
   void show_entries();
+  const QString tip_;
   std::vector<ListEntry> shown_;
 };
 
@@ -117,6 +118,10 @@ class ValueBinding final : public ComboBinding {
 
   // Confirms what is typed.
   void confirm();
+
+ protected:
+  // Sees the focus leave the box.
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void show() override;

@@ -90,9 +90,9 @@ ValueEdit& make_value_edit(QComboBox& value) {
 SelectionWidgets::SelectionWidgets(QWidget& window, SelectionDialog& dialog,
                                    const Captions& captions, QWidget* line_below_list)
     : body(*new QWidget(&window)),
-      field(make_picker(22)),
+      field(make_picker(16)),
       oper(make_picker(5)),
-      value(make_picker(18)),
+      value(make_picker(14)),
       value_edit(make_value_edit(value)),
       formula(*new QPlainTextEdit),
       criteria(*new EntryListView),
@@ -116,7 +116,12 @@ SelectionWidgets::SelectionWidgets(QWidget& window, SelectionDialog& dialog,
     name(*widget, control->name());
   }
   value_edit.setAccessibleName(value.accessibleName());
-  // Read-only: reached by mnemonic or mouse, to be read and copied.
+  // Read-only, and seen to be: reached by mnemonic or mouse, to be read and copied.
+  for (QWidget* const shown : std::initializer_list<QWidget*>{&formula, &standard}) {
+    QPalette palette = shown->palette();
+    palette.setBrush(QPalette::Base, palette.brush(QPalette::Window));
+    shown->setPalette(palette);
+  }
   formula.setReadOnly(true);
   formula.setTabChangesFocus(true);
   formula.setFocusPolicy(Qt::ClickFocus);

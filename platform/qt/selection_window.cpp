@@ -43,6 +43,7 @@ class SelectionWindow::Content final : public EventBoundary {
  private:
   void bind_all();
   void click(Button& button);
+  void add_mnemonic(QAbstractButton& button);
   void add_shortcuts();
   void add_shortcut(const QKeySequence& keys, QWidget& where, Qt::ShortcutContext context,
                     Button& button);
@@ -132,8 +133,17 @@ void SelectionWindow::Content::add_shortcut(const QKeySequence& keys, QWidget& w
   QObject::connect(shortcut, &QShortcut::activated, &where, [this, &button] { click(button); });
 }
 
+// A button's own mnemonic clicks a tenth of a second later, when a fast typist is elsewhere.
+void SelectionWindow::Content::add_mnemonic(QAbstractButton& button) {
+  auto* const shortcut = new QShortcut(QKeySequence::mnemonic(button.text()), &window_);
+  button.setShortcut({});
+  QObject::connect(shortcut, &QShortcut::activated, &button, [&button] { button.click(); });
+}
+
 void SelectionWindow::Content::add_shortcuts() {
+  for (const auto& pair : widgets_.check_boxes) add_mnemonic(pair.widget);
   for (const auto& pair : widgets_.buttons) {
+    add_mnemonic(pair.widget);
     // Escape is the window's own.
     if (pair.keys.isEmpty() || &pair.control == &dialog_.btnCancel) continue;
     add_shortcut(pair.keys, window_, Qt::WindowShortcut, pair.control);

@@ -85,16 +85,6 @@ void ValueEdit::inputMethodEvent(QInputMethodEvent* event) {
   type_text(committed);
 }
 
-// The window losing the focus to another one, or to a menu, is no leaving.
-void ValueEdit::focusOutEvent(QFocusEvent* event) {
-  QLineEdit::focusOutEvent(event);
-  const Qt::FocusReason reason = event->reason();
-  if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-      reason != Qt::MenuBarFocusReason) {
-    on_leave();
-  }
-}
-
 void ValueEdit::contextMenuEvent(QContextMenuEvent* event) {
   const std::unique_ptr<QMenu> menu(createStandardContextMenu());
   if (auto* const paste = menu->findChild<QAction*>("edit-paste")) {

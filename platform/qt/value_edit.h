@@ -16,13 +16,10 @@ class ValueEdit final : public QLineEdit {
   std::function<int(int key)> filter_key;
   // Enter, which the filter has let through.
   std::function<void()> on_enter;
-  // The focus goes to another control of the window.
-  std::function<void()> on_leave;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void dropEvent(QDropEvent* event) override;
