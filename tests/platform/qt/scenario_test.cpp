@@ -104,7 +104,7 @@ TEST_F(Session, AFilterComposedWithMouseAndKeyboardSelectsWhatItsStoredFormSelec
   EXPECT_TRUE(facade_.WasOKClick());
   EXPECT_EQ(formula_, "Holzart = 'FI' OR Holzart IN ('BU', 'EI') AND  AND Durchmesser (cm) >= 40");
   const std::string criteria = facade_.GetWriteString(context_);
-  EXPECT_EQ(criteria, "703 = 'FI';=== ODER ===;703 IN ('BU', 'EI');711 >= 40;");
+  EXPECT_EQ(criteria, "703 = 'FI';=== ODER ===;703 IN ('BU', 'EI') ;711 >= 40;");
   const auto records = selected("LOGS.ID", from_where_);
   EXPECT_GT(records.size(), 0U);
   EXPECT_EQ(records, selected("LOGS.ID", translated(kLots, criteria)));

@@ -1,12 +1,18 @@
 #include "tests/platform/qt/window_user.h"
 
+#include <gtest/gtest.h>
+
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QScrollBar>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
+#include <deque>
 #include <memory>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 namespace kestrova::test {
 namespace {
@@ -24,15 +30,51 @@ void settle() {
   for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
 }
 
-void when_idle(std::vector<std::function<void()>> steps) {
-  if (steps.empty()) return;
-  constexpr int kPause = 20;  // what the step before has left waiting comes first
-  QTimer::singleShot(kPause, [steps = std::move(steps)]() mutable {
-    const std::function<void()> first = std::move(steps.front());
-    steps.erase(steps.begin());
-    when_idle(std::move(steps));
-    first();
+namespace {
+
+constexpr int kPause = 5;  // milliseconds
+
+// The steps that are still to be done, and the one at work: nullopt, or the modal widget over which
+// it began.
+struct Script {
+  std::deque<std::function<void()>> steps;
+  std::optional<QWidget*> at_work;
+};
+
+// What the last step has left open.
+void close_later() {
+  const QPointer<QWidget> open = QApplication::activeModalWidget();
+  if (!open) return;
+  QTimer::singleShot(kPause, [open] {
+    if (!open || !open->isVisible()) return;
+    ADD_FAILURE() << "left open: " << open->windowTitle().toStdString();
+    open->close();
   });
+}
+
+void do_next(const std::shared_ptr<Script>& script) {
+  if (script->steps.empty()) return;
+  QTimer::singleShot(kPause, [script] { do_next(script); });
+  if (script->at_work && *script->at_work == QApplication::activeModalWidget()) return;
+  const std::function<void()> step = std::move(script->steps.front());
+  script->steps.pop_front();
+  const auto before = std::exchange(script->at_work, QApplication::activeModalWidget());
+  try {
+    step();
+  } catch (const std::exception& error) {
+    ADD_FAILURE() << "a step failed: " << error.what();
+    script->steps.clear();
+  }
+  script->at_work = before;
+  if (script->steps.empty()) close_later();
+}
+
+}  // namespace
+
+void when_idle(std::vector<std::function<void()>> steps) {
+  const auto script = std::make_shared<Script>();
+  script->steps.assign(steps.begin(), steps.end());
+  QTimer::singleShot(0, [script] { do_next(script); });
 }
 
 QWidget& WindowUser::widget(std::string_view name) const {
@@ -71,6 +113,8 @@ void WindowUser::pick(const Control& control, int index) const {
   const QModelIndex row = view->model()->index(index, 0);
   view->scrollTo(row);
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(row).center());
+  settle();
+  window_.activateWindow();  // without a window manager nobody else does when a list has closed
   settle();
 }
 

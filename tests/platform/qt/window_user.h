@@ -48,8 +48,9 @@ class WindowUser {
 // Lets the event loop do what is waiting.
 void settle();
 
-// Runs the steps one after the other, each as soon as the event loop runs; a step may open a box of
-// its own, whose loop runs the next one.
+// Runs the steps in the event loop, one after the other. The next one begins when the one before is
+// done, or when that has opened a box of its own. What is open after the last one fails the test
+// and is closed.
 void when_idle(std::vector<std::function<void()>> steps);
 
 }  // namespace kestrova::test
