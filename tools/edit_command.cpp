@@ -39,6 +39,8 @@ QPalette dark_palette() {
   palette.setColor(QPalette::ToolTipBase, QColor(60, 60, 60));
   palette.setColor(QPalette::Highlight, QColor(42, 110, 180));
   palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(80, 80, 80));
+  palette.setColor(QPalette::Disabled, QPalette::HighlightedText, QColor(150, 150, 150));
   for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                                          QPalette::ToolTipText, QPalette::PlaceholderText}) {
     palette.setColor(role, QColor(225, 225, 225));
@@ -69,11 +71,11 @@ std::string text_or_dash(const std::string& text) { return text.empty() ? "-" : 
 }  // namespace
 
 void edit(const GlobalOptions& options, const EditArguments& arguments, std::ostream& out) {
-  Application application;
-  set_theme(arguments.theme);
   const auto user_interface = std::make_shared<QtUserInterface>();
   const Session session = open_editor_session(options, user_interface);
   require_known_relation(session, arguments.code);
+  Application application;
+  set_theme(arguments.theme);
   QtSettings& settings = user_interface->settings();
   settings.language = options.language;
   settings.text = [&session](std::int32_t number) {
@@ -95,7 +97,7 @@ void edit(const GlobalOptions& options, const EditArguments& arguments, std::ost
   bool confirmed = false;
   facade.c_form_SelectionNML(session.context, from_where, formula, arguments.subset.value_or(""),
                              confirmed, arguments.read_only);
-  settings.row_counter.reset();
+  settings = {};  // they refer to this session
   if (arguments.screenshot) {
     if (!taken) throw InvalidArgument("the picture '" + *arguments.screenshot + "' was not taken");
     out << "Took the picture '" << *arguments.screenshot << "'.\n";

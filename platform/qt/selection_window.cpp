@@ -247,7 +247,6 @@ SelectionWindow::SelectionWindow(SelectionDialog& dialog, UserInterface& user_in
                                  const QtSettings& settings, QWidget* parent)
     : QDialog(parent) {
   setObjectName("F_Selection");
-  setSizeGripEnabled(true);
   content_ = std::make_unique<Content>(*this, dialog, user_interface, settings);
   const QFontMetrics metrics = fontMetrics();
   resize(QSize(metrics.averageCharWidth() * 150, metrics.height() * 42)

@@ -45,6 +45,15 @@ QRect place_in(const QWidget& window, const QWidget& widget) {
   return QRect(widget.mapTo(&window, QPoint(0, 0)), widget.size());
 }
 
+// The part of a picture of the screen, in the pixels that the screen has.
+QImage part_of(const QImage& picture, const QRect& place) {
+  const double ratio = picture.devicePixelRatio();
+  return picture
+      .copy(QRect((QPointF(place.topLeft()) * ratio).toPoint(),
+                  (QSizeF(place.size()) * ratio).toSize()))
+      .convertToFormat(QImage::Format_RGB32);
+}
+
 // How many colours the picture has.
 std::size_t colours(const QImage& picture) {
   std::set<QRgb> found;
@@ -122,11 +131,10 @@ TEST_P(OnScreen, TheScreenShowsEveryControlAsItIs) {
   const QPoint corner = window_->mapToGlobal(QPoint(0, 0));
   for (const QWidget* const widget : leaf_widgets(*window_)) {
     const QRect place = place_in(*window_, *widget);
-    const QImage shown =
-        screen.copy(place.translated(corner)).convertToFormat(QImage::Format_RGB32);
+    const QImage shown = part_of(screen, place.translated(corner));
     EXPECT_GE(colours(shown), 2U) << name_of(*widget) << " shows nothing";
     if (widget->hasFocus()) continue;  // its cursor blinks
-    EXPECT_EQ(shown, drawn.copy(place).convertToFormat(QImage::Format_RGB32)) << name_of(*widget);
+    EXPECT_EQ(shown, part_of(drawn, place)) << name_of(*widget);
   }
 }
 
