@@ -149,7 +149,7 @@ namespace {
 // The number of the display that Xvfb has chosen; "" when it does not start.
 QByteArray start_screen(QProcess& xvfb) {
   xvfb.start(KESTROVA_XVFB,
-             {"-displayfd", "1", "-screen", "0", "1600x1200x24", "-nolisten", "tcp"});
+             {"-displayfd", "1", "-screen", "0", "1920x1200x24", "-nolisten", "tcp"});
   if (!xvfb.waitForReadyRead(30000)) return {};
   return xvfb.readAllStandardOutput().trimmed();
 }
