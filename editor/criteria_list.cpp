@@ -82,7 +82,7 @@ bool F_Selection::IsCriterionComplete() {
   return complete;
 }
 
-ListEntry F_Selection::or_line() const { return {module_state().strOderLine, kOrLineData}; }
+ListEntry F_Selection::or_entry() const { return {module_state().strOderLine, kOrLineData}; }
 
 void F_Selection::throw_too_many_lines() {
   throw Overflow("The list of criteria holds at most " + std::to_string(kMostLines) + " lines.");
@@ -147,7 +147,7 @@ void F_Selection::btnOr_Click() {
 
 void F_Selection::AddOrLine() {
   const int index = ListCriteria.index() + 1;
-  insert_line(or_line(), index);
+  insert_line(or_entry(), index);
   select_new_line(index);
 }
 

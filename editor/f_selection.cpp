@@ -70,9 +70,9 @@ Connection& F_Selection::connection() const {
   return *connection;
 }
 
-bool F_Selection::is_or_line(std::string_view line) const {
-  return line == module_state().strOderLine;
-}
+const std::string& F_Selection::or_line() const { return module_state().strOderLine; }
+
+bool F_Selection::is_or_line(std::string_view line) const { return line == or_line(); }
 
 const std::string& F_Selection::lookup_relation() const {
   // The contract relations work under a value that no table of relations knows.

@@ -154,6 +154,11 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void FillListCriteria(const KesVar& context, std::string_view criteria,
                         std::string_view relation);
 
+  // The FROM/WHERE text of the lines as they are now, as a stored filter of them would be
+  // translated: nothing is stored, and the results stay. "" for an empty list, and for the
+  // relations whose translation fills a temporary table.
+  std::string counted_from_where() const;
+
   // --- What views and hosts read
   // -----------------------------------------------------------------------------
 
@@ -162,6 +167,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::string caption() const override { return caption_; }
   bool is_visible() const override { return visible_; }
   void close_requested() override;
+  const std::string& or_line() const override;
 
   // The relation code that the editor works with.
   const std::string& relation() const { return strRelation; }
@@ -242,7 +248,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
                          std::string_view record, NameSource source) const;
   std::string field_name(const KesVar& context, const std::string& relation, const std::string& id,
                          NameSource source) const;
-  ListEntry or_line() const;
+  ListEntry or_entry() const;
   void show_lines(const std::vector<ListEntry>& lines);
   std::string stored_record(const KesVar& context, const Relation& relation,
                             std::string_view line) const;

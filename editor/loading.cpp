@@ -60,7 +60,7 @@ void F_Selection::Model_DblClick() {
     const std::string_view record = text::trim(piece);
     if (record.empty()) continue;
     lines.push_back(is_or_line(record)
-                        ? or_line()
+                        ? or_entry()
                         : display_line(context_, lookup_relation(), record, kAnyField));
   }
   show_lines(lines);
@@ -85,7 +85,7 @@ void F_Selection::LoadSelectionFromString(std::string_view criteria) {
     criteria.remove_prefix(end + 1);
     if (record.empty()) continue;
     lines.push_back(is_or_line(record)
-                        ? or_line()
+                        ? or_entry()
                         : display_line(context_, lookup_relation(), record, kOfferedField));
   }
   show_lines(lines);

@@ -14,6 +14,7 @@
 //  work.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -144,6 +145,12 @@ class Connection {
   virtual std::int64_t execute(std::string_view batch) = 0;
 
   virtual ConnectionKind kind() const = 0;
+
+  // The longest that the database may work from now on for one statement, or for one row of a
+  // query; zero, as at the beginning, for no limit. What takes longer is broken off with a
+  // DatabaseError of SQLSTATE "HYT00"; a row set is at its end then. False, and nothing changes,
+  // when the database cannot break off within milliseconds.
+  virtual bool set_time_limit(std::chrono::milliseconds /*limit*/) { return false; }
 
  protected:
   Connection() = default;

@@ -3,6 +3,8 @@
 // is_visible() turns false.
 #pragma once
 
+#include <string>
+
 #include "platform/controls.h"
 #include "platform/user_interface.h"
 
@@ -35,6 +37,9 @@ class SelectionDialog : public ModalDialog {
   Frame Frame1{"Frame1"};  // around the pickers
   Frame Frame4{"Frame4"};  // around the models
   Button btnOk{"btnOk"}, btnCancel{"btnCancel"};
+
+  // The text of the OR line, by which a line is known as one also after it has been dragged.
+  virtual const std::string& or_line() const = 0;
 
  protected:
   SelectionDialog() = default;

@@ -28,5 +28,7 @@ void materialise(const GlobalOptions& options, const MaterialiseArguments& argum
 int run_session(const GlobalOptions& options, const SessionArguments& arguments, std::ostream& out);
 void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments,
                   std::ostream& out);
+// Only in a program built with the window.
+int edit(const GlobalOptions& options, const EditArguments& arguments, std::ostream& out);
 
 }  // namespace kestrova::tool

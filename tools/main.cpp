@@ -34,6 +34,7 @@ struct CommandLine {
   AuditArguments audit;
   MaterialiseArguments materialise;
   SessionArguments session;
+  EditArguments edit;
   DemoDbArguments demo_db;
   Command command;
   int exit_code = kExitOk;  // of a command that has done its work
@@ -54,6 +55,7 @@ struct CommandLine {
   void add_audit();
   void add_materialise();
   void add_session();
+  void add_edit();
   void add_demo_db();
 };
 
@@ -131,6 +133,7 @@ CommandLine::CommandLine() {
   add_audit();
   add_materialise();
   add_session();
+  add_edit();
   add_demo_db();
 }
 
@@ -290,6 +293,28 @@ void CommandLine::add_session() {
   sub->add_flag("--keep-going", session.keep_going,
                 "Go on behind a command of a script that failed; the exit code stays that of the "
                 "first failure");
+}
+
+void CommandLine::add_edit() {
+#ifdef KESTROVA_HAS_QT
+  CLI::App* sub = add("edit", "Edit a filter in the dialog, and show what it became",
+                      "kestrova-sel --db forest.db edit 1VM",
+                      [this](const GlobalOptions& o, std::ostream& out) {
+                        exit_code = kestrova::tool::edit(o, edit, out);
+                      });
+  add_code(*sub, edit.code);
+  sub->add_option("--variant", edit.variant, "Variant tag of the selection")->type_name("TAG");
+  sub->add_option("--criteria", edit.subset, "Criteria string to start from, instead of a model")
+      ->type_name("CRITERIA");
+  sub->add_flag("--read-only", edit.read_only, "Look, but change nothing");
+  sub->add_flag("--count", edit.count_rows, "Show how many records the lines select");
+  sub->add_option("--theme", edit.theme, "Colours of the window")
+      ->check(one_of({"system", "light", "dark"}))
+      ->type_name("system|light|dark")
+      ->capture_default_str();
+  sub->add_option("--screenshot", edit.screenshot, "Take a picture of the window and close it")
+      ->type_name("FILE");
+#endif
 }
 
 void CommandLine::add_demo_db() {

@@ -95,6 +95,16 @@ struct SessionArguments {
   bool keep_going = false;  // a script goes on behind a command that failed
 };
 
+struct EditArguments {
+  std::string code;
+  std::string variant;                // variant tag
+  std::optional<std::string> subset;  // criteria string to start from
+  bool read_only = false;
+  bool count_rows = false;
+  std::string theme = "system";           // "system", "light" or "dark"
+  std::optional<std::string> screenshot;  // file for a picture of the window, which is then closed
+};
+
 struct DemoDbArguments {
   std::string file;
   std::optional<std::int64_t> lots;

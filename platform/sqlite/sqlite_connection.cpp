@@ -24,6 +24,11 @@ class SqliteConnection final : public Connection {
 
   ConnectionKind kind() const override { return ConnectionKind::kSqlServer; }
 
+  bool set_time_limit(std::chrono::milliseconds limit) override {
+    session_->set_time_limit(limit);
+    return true;
+  }
+
   void check(std::string_view sql) { session_->check(sql); }
 
  private:

@@ -282,6 +282,7 @@ StatementHandle Session::prepare(const std::string& sql) {
 
 bool Session::step(sqlite3_stmt* statement) {
   functions_.failure.reset();
+  step_began_ = std::chrono::steady_clock::now();
   const int code = sqlite3_step(statement);
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
@@ -290,8 +291,22 @@ bool Session::step(sqlite3_stmt* statement) {
   const auto failure = functions_.failure;
   sqlite3_reset(statement);
   if (failure) throw DatabaseError(*failure);
+  if ((code & 0xFF) == SQLITE_INTERRUPT) {
+    throw DatabaseError("The statement takes longer than its time limit.", "HYT00", code);
+  }
   if ((code & 0xFF) == SQLITE_CONSTRAINT) throw constraint_error(message);
   throw DatabaseError(message + ".", (code & 0xFF) == SQLITE_READONLY ? "25006" : "HY000", code);
+}
+
+void Session::set_time_limit(std::chrono::milliseconds limit) {
+  constexpr int kInstructionsBetweenLooks = 1000;
+  time_limit_ = limit;
+  const auto is_overdue = [](void* session) {
+    const Session& self = *static_cast<Session*>(session);
+    return std::chrono::steady_clock::now() - self.step_began_ > self.time_limit_ ? 1 : 0;
+  };
+  sqlite3_progress_handler(database_.get(), kInstructionsBetweenLooks,
+                           limit.count() > 0 ? +is_overdue : nullptr, this);
 }
 
 std::int64_t Session::run(const std::string& sql) {

@@ -2,6 +2,7 @@
 // the handle, the tables known so far, transactions and the row sets that are still being read.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -54,6 +55,9 @@ class Session {
   std::int64_t run(const std::string& sql);
   std::int64_t changed_rows() const;
 
+  // See Connection::set_time_limit.
+  void set_time_limit(std::chrono::milliseconds limit);
+
   void add_reader(RowReader& reader) { readers_.push_back(&reader); }
   void remove_reader(RowReader& reader);
   void read_rest();
@@ -80,6 +84,8 @@ class Session {
   int open_transactions_ = 0;
   bool batch_transaction_ = false;
   std::vector<RowReader*> readers_;
+  std::chrono::milliseconds time_limit_{0};
+  std::chrono::steady_clock::time_point step_began_;
 };
 
 }  // namespace kestrova::sql

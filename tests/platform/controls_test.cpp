@@ -1,4 +1,5 @@
-// The rules that the editor's logic rests on, one test each.
+// What only the models show of the control rules; the rules themselves, for models and views, are
+// tests/support/controls_contract.cpp.
 #include "platform/controls.h"
 
 #include <gmock/gmock.h>
@@ -35,25 +36,6 @@ Clicked<ComboBox> drop_down() {
 Clicked<ComboBox> free_text() { return Clicked<ComboBox>("cboValue", ComboBox::Style::kFreeText); }
 
 // --- Setting the index
-
-TEST(ListIndex, SetInCodeRaisesTheClick) {
-  auto box = list_box();
-  box.list.set_index(1);
-  EXPECT_THAT(box.clicks, ElementsAre(1));
-}
-
-TEST(ListIndex, SetAgainRaisesTheClickAgain) {
-  auto box = list_box();
-  box.list.set_index(1);
-  box.list.set_index(1);
-  EXPECT_THAT(box.clicks, ElementsAre(1, 1));
-}
-
-TEST(ListIndex, OfNothingRaisesTheClickToo) {
-  auto box = list_box();
-  box.list.set_index(-1);
-  EXPECT_THAT(box.clicks, ElementsAre(-1));
-}
 
 TEST(ListIndex, OutsideTheListIsRefusedAndChangesNothing) {
   auto box = list_box();
@@ -124,23 +106,6 @@ TEST(FreeText, ThatIsAnEntrySelectsItAndRaisesTheClick) {
 }
 
 // --- Adding, inserting and removing entries
-
-TEST(Entries, AddedNeverSelectThemselves) {
-  ComboBox box("cboField", ComboBox::Style::kDropDownList);
-  box.add("Fichte");
-  box.insert("Kiefer", 0);
-  EXPECT_EQ(box.index(), -1);
-  EXPECT_EQ(box.text(), "");
-}
-
-TEST(Entries, TheSelectedOneRemovedLeavesNothingSelected) {
-  auto box = drop_down();
-  box.list.set_index(1);
-  box.list.remove(1);
-  EXPECT_EQ(box.list.index(), -1);
-  EXPECT_EQ(box.list.text(), "");
-  EXPECT_THAT(box.clicks, ElementsAre(1));
-}
 
 TEST(Entries, InsertedOrRemovedBeforeTheSelectedOneKeepItSelected) {
   auto box = list_box();
@@ -243,19 +208,6 @@ const std::vector<void (*)(Control&)> kWaysOutOfReach = {
     [](Control& control) { control.set_visible(false); },
 };
 
-TEST(User, PicksAnEntryOfAReachableListOnly) {
-  for (const auto put_out_of_reach : kWaysOutOfReach) {
-    auto box = list_box();
-    box.list.pick(1);
-    put_out_of_reach(box.list);
-    box.list.pick(2);
-    EXPECT_EQ(box.list.index(), 1);
-    EXPECT_THAT(box.clicks, ElementsAre(1));
-    box.list.set_index(2);  // code may
-    EXPECT_THAT(box.clicks, ElementsAre(1, 2));
-  }
-}
-
 TEST(User, DoubleClicksAReachableListOnly) {
   for (const auto put_out_of_reach : kWaysOutOfReach) {
     auto box = list_box();
@@ -265,18 +217,6 @@ TEST(User, DoubleClicksAReachableListOnly) {
     put_out_of_reach(box.list);
     box.list.double_click();
     EXPECT_EQ(double_clicks, 1);
-  }
-}
-
-TEST(User, ClicksAReachableButtonOnly) {
-  for (const auto put_out_of_reach : kWaysOutOfReach) {
-    Button button("btnOk");
-    int clicks = 0;
-    button.on_click = [&] { ++clicks; };
-    button.click();
-    put_out_of_reach(button);
-    button.click();
-    EXPECT_EQ(clicks, 1);
   }
 }
 

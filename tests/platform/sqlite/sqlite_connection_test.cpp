@@ -339,6 +339,22 @@ TEST_F(SqliteConnection, ChainsOfOperatorsHaveALimit) {
             "42000 The expression has more than 250 levels at position 1006.");
 }
 
+TEST_F(SqliteConnection, WhatTakesLongerThanTheTimeLimitIsBrokenOff) {
+  std::string batch = "CREATE TABLE L (ID int)";
+  for (int i = 0; i < 300; ++i) batch += "\r\nINSERT INTO L VALUES (" + std::to_string(i) + ")";
+  connection_->execute(batch);
+  const std::string endless =
+      "SELECT COUNT(*) FROM L A, L B, L C, L D WHERE A.ID + B.ID + C.ID + D.ID = -1";
+  ASSERT_TRUE(connection_->set_time_limit(std::chrono::milliseconds(20)));
+  EXPECT_EQ(open_error_of(*connection_, endless),
+            "HYT00 The statement takes longer than its time limit. [statement 1: " + endless + "]");
+  // The connection goes on, and the limit is one for each row.
+  EXPECT_EQ(column_of(*connection_, "SELECT A.ID FROM L A, L B").size(), 90'000U);
+  ASSERT_TRUE(connection_->set_time_limit(std::chrono::milliseconds(0)));
+  EXPECT_THAT(column_of(*connection_, "SELECT COUNT(*) FROM L A, L B, L C WHERE A.ID = -1"),
+              ElementsAre("0"));
+}
+
 TEST_F(SqliteConnection, ThousandsOfRowScriptsLoadInOneBatch) {
   std::string batch =
       "CREATE TABLE L (ID int NOT NULL PRIMARY KEY, N nvarchar(20), P numeric(8,2))";
