@@ -140,7 +140,8 @@ CLI::App* CommandLine::add(const char* name, const char* description, const char
 }
 
 void CommandLine::add_global_options() {
-  app.add_option("--db", options.database, "File of the database")->type_name("FILE");
+  app.add_option("--db", options.database, "File of the database, or odbc:CONNECTION-STRING")
+      ->type_name("FILE|odbc:...");
   app.add_option("--language", options.language, "Language of field names")
       ->check(one_of({"DE", "EN"}))
       ->type_name("DE|EN")

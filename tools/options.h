@@ -24,7 +24,7 @@ class UsageError : public std::runtime_error {
 
 // Options of every command.
 struct GlobalOptions {
-  std::string database;  // file of an embedded database; "" for none
+  std::string database;  // file of an embedded database or "odbc:..."; "" for none
   std::string language = "DE";
   std::string date_order = "DMY";
   std::string or_line = "=== ODER ===";

@@ -91,7 +91,7 @@ bool is_offset(std::string_view s) {
 
 std::string utf8_text(const std::byte* data, std::size_t length) {
   std::u16string units(length / sizeof(char16_t), u'\0');
-  std::memcpy(units.data(), data, units.size() * sizeof(char16_t));
+  if (!units.empty()) std::memcpy(units.data(), data, units.size() * sizeof(char16_t));
   return to_utf8(units);
 }
 

@@ -30,6 +30,7 @@ constexpr std::array kStates = {
     StateRow{"57P02", "",                      kLost},    // the server has crashed
     StateRow{"57P03", "",                      "08001"},  // the server is starting or stopping
     StateRow{"28P01", "",                      "28000"},  // wrong password
+    StateRow{"08001", "password authentication failed", "28000"},
     StateRow{"HY000", "no such table:",        "42S02"},  // SQLite
     StateRow{"HY000", "no such column:",       "42S22"},
     StateRow{"HY000", "syntax error",          "42000"},

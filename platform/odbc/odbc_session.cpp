@@ -94,9 +94,9 @@ void Session::connect(const std::string& connection_string, const OdbcOptions& o
   if (!SQL_SUCCEEDED(result)) fail(SQL_HANDLE_DBC, connection_.get(), "");
 }
 
-// A driver without UTF-16 functions gets its statements from the driver manager, which loses letters
-// on the way: those outside of the process's locale, or beyond 16 bits. Whether it does so shows when
-// a text is sent to the driver to be translated and comes back.
+// A driver without UTF-16 functions gets its statements from the driver manager, which loses
+// letters on the way: those outside of the process's locale, or beyond 16 bits. Whether it does so
+// shows when a text is sent to the driver to be translated and comes back.
 void Session::find_text_form() {
   std::u16string sent = u"SELECT '\u00E4\u0142\U0001F332'";
   char16_t received[64] = {};

@@ -18,23 +18,40 @@ namespace {
   throw DatabaseError("The row has been deleted in the meantime; nothing was written.", "01001");
 }
 
+// A cursor notices that its row is no longer there as it was, but not why.
+[[noreturn]] void report_conflict() {
+  throw DatabaseError("The row has been changed or deleted in the meantime; nothing was written.",
+                      "01001");
+}
+
 // --- Through the cursor
 
-void set(Session& session, const StatementHandle& statement, SQLINTEGER attribute,
-         SQLPOINTER value) {
-  session.check(SQLSetStmtAttr(statement.get(), attribute, value, 0), statement, "");
-}
+// Where the driver tells what became of the cursor's row. Every call on a statement forgets the
+// diagnostics of the one before, so an error has to be raised while this lives.
+class RowStatus {
+ public:
+  explicit RowStatus(const StatementHandle& cursor) : cursor_(cursor) {
+    SQLSetStmtAttr(cursor_.get(), SQL_ATTR_ROW_STATUS_PTR, &status_, 0);
+  }
+  ~RowStatus() { SQLSetStmtAttr(cursor_.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0); }
+  RowStatus(const RowStatus&) = delete;
+  RowStatus& operator=(const RowStatus&) = delete;
+
+  bool is(SQLUSMALLINT status) const { return status_ == status; }
+
+ private:
+  const StatementHandle& cursor_;
+  SQLUSMALLINT status_ = SQL_ROW_NOROW;
+};
 
 // Puts the cursor on the row and reads it again, since a keyset cursor shows what is there now.
 Row fetch_again(Session& session, const StatementHandle& cursor,
                 const std::vector<ResultColumn>& columns, std::size_t position,
                 const std::string& name) {
-  SQLUSMALLINT status = SQL_ROW_NOROW;
-  set(session, cursor, SQL_ATTR_ROW_STATUS_PTR, &status);
+  const RowStatus status(cursor);
   const SQLRETURN result =
       SQLFetchScroll(cursor.get(), SQL_FETCH_ABSOLUTE, static_cast<SQLLEN>(position));
-  SQLSetStmtAttr(cursor.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
-  if (result == SQL_NO_DATA || status == SQL_ROW_DELETED) report_deleted();
+  if (result == SQL_NO_DATA || status.is(SQL_ROW_DELETED)) report_deleted();
   session.check(result, cursor, name);
   Row row;
   for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -43,11 +60,11 @@ Row fetch_again(Session& session, const StatementHandle& cursor,
   return row;
 }
 
-// A column that is bound only while its row is written.
-class BoundChange {
+// The new values, bound only while their row is written.
+class BoundChanges {
  public:
-  BoundChange(Session& session, const StatementHandle& cursor, const Changes& changes,
-              const std::vector<ResultColumn>& columns, const std::string& name)
+  BoundChanges(Session& session, const StatementHandle& cursor, const Changes& changes,
+               const std::vector<ResultColumn>& columns, const std::string& name)
       : cursor_(cursor) {
     parameters_.reserve(changes.size());
     for (const auto& [position, value] : changes) {
@@ -57,9 +74,9 @@ class BoundChange {
                     cursor, name);
     }
   }
-  ~BoundChange() { SQLFreeStmt(cursor_.get(), SQL_UNBIND); }
-  BoundChange(const BoundChange&) = delete;
-  BoundChange& operator=(const BoundChange&) = delete;
+  ~BoundChanges() { SQLFreeStmt(cursor_.get(), SQL_UNBIND); }
+  BoundChanges(const BoundChanges&) = delete;
+  BoundChanges& operator=(const BoundChanges&) = delete;
 
  private:
   const StatementHandle& cursor_;
@@ -220,16 +237,12 @@ Row write_through_cursor(Session& session, const StatementHandle& cursor,
                          const std::vector<ResultColumn>& columns, std::size_t position,
                          const Row& row, const Changes& changes, const std::string& name) {
   if (fetch_again(session, cursor, columns, position, name) != row) report_changed();
-  SQLUSMALLINT status = SQL_ROW_NOROW;
-  SQLRETURN result = SQL_ERROR;
   {
-    const BoundChange bound(session, cursor, changes, columns, name);
-    set(session, cursor, SQL_ATTR_ROW_STATUS_PTR, &status);
-    result = SQLSetPos(cursor.get(), 1, SQL_UPDATE, SQL_LOCK_NO_CHANGE);
-    SQLSetStmtAttr(cursor.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
+    const BoundChanges bound(session, cursor, changes, columns, name);
+    const RowStatus status(cursor);
+    session.check(SQLSetPos(cursor.get(), 1, SQL_UPDATE, SQL_LOCK_NO_CHANGE), cursor, name);
+    if (!status.is(SQL_ROW_UPDATED)) report_conflict();
   }
-  session.check(result, cursor, name);
-  if (status != SQL_ROW_UPDATED) report_changed();
   return fetch_again(session, cursor, columns, position, name);
 }
 

@@ -7,11 +7,6 @@
 
 #include "platform/odbc/odbc_connection.h"
 
-// Memory that the driver manager and the drivers keep until the process ends. Narrow: a leak in the
-// adapter has its own functions on the stack and no driver's initialisation.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() { return ""; }
-
 namespace kestrova::test {
 
 std::string postgresql() {
