@@ -140,6 +140,11 @@ const ContractAdapter kAdapters[] = {
            return load(open_odbc(kSqliteDriver), tables, sqlite_dialect());
          },
      .dialect = sqlite_dialect()},
+    {.name = "DialectDriver",
+     .connect =
+         [](const std::vector<ContractTable>& tables) {
+           return load(open_odbc(kDialectDriver), tables, {});
+         }},
     postgresql_adapter("PostgresqlCursors", "UpdatableCursors=1"),
     postgresql_adapter("PostgresqlSearched", "UpdatableCursors=0"),
 };

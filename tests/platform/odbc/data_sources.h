@@ -15,6 +15,10 @@ namespace kestrova::test {
 // An empty database in memory.
 inline constexpr const char* kSqliteDriver = "Driver=SQLite3;Database=:memory:";
 
+// The driver for tests that speaks the server's dialect (dialect_driver.cpp), with an empty
+// database in memory.
+inline constexpr const char* kDialectDriver = "Driver=" KESTROVA_DIALECT_DRIVER;
+
 // Raises std::runtime_error, which fails the test, when the server is not there.
 std::string postgresql();
 
