@@ -277,6 +277,8 @@ void CommandLine::add_demo_db() {
   sub->add_option("--today", demo_db.today, "Day around which all dates lie")
       ->type_name("YYYY-MM-DD");
   sub->add_flag("--force", demo_db.force, "Replace an existing file");
+  sub->add_flag("--script", demo_db.script,
+                "Write a script that makes it on SQL Server instead of an embedded database");
 }
 
 // Raises UsageError; CLI::Success when a help text or the version was asked for.

@@ -92,6 +92,7 @@ struct DemoDbArguments {
   std::optional<std::uint64_t> seed;
   std::optional<std::string> today;  // "yyyy-mm-dd", the day around which all dates lie
   bool force = false;
+  bool script = false;  // a script for SQL Server instead of an embedded database
 };
 
 }  // namespace kestrova::tool
