@@ -90,8 +90,17 @@ bool is_offset(std::string_view s) {
 }
 
 std::string utf8_text(const std::byte* data, std::size_t length) {
-  std::u16string units(length / sizeof(char16_t), u'\0');
-  if (!units.empty()) std::memcpy(units.data(), data, units.size() * sizeof(char16_t));
+  const std::size_t count = length / sizeof(char16_t);
+  const auto unit = [data](std::size_t i) { return read<char16_t>(data + i * sizeof(char16_t)); };
+  unsigned bits = 0;
+  for (std::size_t i = 0; i < count; ++i) bits |= unit(i);
+  if (bits < 0x80) {  // most texts are ASCII
+    std::string ascii(count, '\0');
+    for (std::size_t i = 0; i < count; ++i) ascii[i] = static_cast<char>(unit(i));
+    return ascii;
+  }
+  std::u16string units(count, u'\0');
+  std::memcpy(units.data(), data, count * sizeof(char16_t));
   return to_utf8(units);
 }
 
@@ -198,11 +207,11 @@ Value decimal_value(std::string_view digits) {
   const std::size_t fraction = has_point ? count_digits(rest.substr(whole + 1)) : 0;
   const bool all_read = whole + (has_point ? 1 : 0) + fraction == rest.size();
   if (!all_read || whole + fraction == 0) return Value(digits);
-  std::string result = negative ? "-" : "";
-  if (whole == 0) result += '0';
-  result += rest.substr(0, whole);
-  if (fraction > 0) result += rest.substr(whole);
-  return Decimal{result};
+  if (has_point && fraction == 0) rest.remove_suffix(1);
+  std::string result(rest);
+  if (whole == 0) result.insert(0, 1, '0');
+  if (negative) result.insert(0, 1, '-');
+  return Decimal{std::move(result)};
 }
 
 std::optional<DateTime> time_of_day(std::string_view s) {

@@ -58,7 +58,7 @@ void OdbcRecordset::check_current() const {
 
 bool OdbcRecordset::eof() const {
   check_open();
-  return current_ >= rows_.positions.size();
+  return current_ >= rows_.size();
 }
 
 void OdbcRecordset::move_first() {
@@ -73,7 +73,7 @@ void OdbcRecordset::move_first() {
 
 void OdbcRecordset::move_next() {
   check_current();
-  changes_.clear();
+  if (!changes_.empty()) changes_.clear();
   moved_ = true;
   ++current_;
 }
@@ -82,7 +82,7 @@ void OdbcRecordset::find(std::string_view criterion) {
   check_open();
   const FindCriterion wanted = parse_find_criterion(criterion);
   const std::size_t position = position_of(wanted.column);
-  while (!eof() && !meets(wanted, stored_value(current_, position))) move_next();
+  while (!eof() && !meets(wanted, rows_.value(current_, position))) move_next();
 }
 
 std::size_t OdbcRecordset::column_count() const {
@@ -97,8 +97,9 @@ Value OdbcRecordset::value(std::string_view name) const { return value(position_
 Value OdbcRecordset::value(std::size_t position) const {
   column(position);
   check_current();
+  if (changes_.empty()) return rows_.value(current_, position);
   const auto change = changes_.find(position);
-  return change == changes_.end() ? stored_value(current_, position) : change->second;
+  return change == changes_.end() ? rows_.value(current_, position) : change->second;
 }
 
 FieldType OdbcRecordset::type(std::string_view name) const { return type(position_of(name)); }
@@ -122,15 +123,6 @@ std::size_t OdbcRecordset::position_of(std::string_view name) const {
     throw ItemNotFound("The row set has no column '" + std::string(name) + "'.");
   }
   return static_cast<std::size_t>(found - columns_.begin());
-}
-
-const Value& OdbcRecordset::stored_value(std::size_t row, std::size_t position) const {
-  return rows_.values[row * columns_.size() + position];
-}
-
-Row OdbcRecordset::current_row() const {
-  const auto begin = rows_.values.begin() + static_cast<std::ptrdiff_t>(current_ * columns_.size());
-  return {begin, begin + static_cast<std::ptrdiff_t>(columns_.size())};
 }
 
 // Asks the database for the key only when a row is about to be written.
@@ -158,12 +150,11 @@ void OdbcRecordset::update() {
   check_current();
   check_writable();
   if (changes_.empty()) return;
-  const Row row = current_row();
+  const Row row = rows_.row(current_);
   Row written = cursor_ ? write_through_cursor(*session_, cursor_, columns_,
-                                               rows_.positions[current_], row, changes_, name_)
+                                               rows_.position(current_), row, changes_, name_)
                         : write_by_key(*session_, *target_, columns_, row, changes_);
-  std::move(written.begin(), written.end(),
-            rows_.values.begin() + static_cast<std::ptrdiff_t>(current_ * columns_.size()));
+  rows_.replace(current_, std::move(written));
   changes_.clear();
 }
 

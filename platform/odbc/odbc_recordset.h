@@ -41,8 +41,6 @@ class OdbcRecordset final : public Recordset {
   void check_writable();
   std::size_t position_of(std::string_view name) const;
   const ResultColumn& column(std::size_t position) const;
-  const Value& stored_value(std::size_t row, std::size_t position) const;
-  Row current_row() const;
 
   std::shared_ptr<Session> session_;
   std::string query_;

@@ -13,10 +13,10 @@ namespace {
 constexpr std::size_t kMostCharacters = 4'000;
 constexpr std::size_t kMostBytes = 8'000;
 
+// At least one byte: a driver takes no address for no value at all.
 std::vector<std::byte> bytes_of(const void* data, std::size_t size) {
-  const auto* begin = static_cast<const std::byte*>(data);
-  std::vector<std::byte> bytes(begin, begin + size);
-  if (bytes.empty()) bytes.push_back({});  // a driver takes no address for no value at all
+  std::vector<std::byte> bytes(std::max<std::size_t>(size, 1));
+  if (size > 0) std::memcpy(bytes.data(), data, size);
   return bytes;
 }
 

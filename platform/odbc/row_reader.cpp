@@ -15,15 +15,40 @@ constexpr std::size_t kMostRowsInBlock = 1000;
 
 constexpr std::size_t kPieceBytes = 64 * 1024;
 
+// Reads a value of the row on which the statement stands into the buffer; false for NULL.
+bool read_pieces(Session& session, const StatementHandle& statement, ReadAs read_as,
+                 std::size_t position, const std::string& name, std::vector<std::byte>& bytes) {
+  const std::size_t terminator = terminator_size(read_as);
+  std::size_t read = 0;
+  for (;;) {
+    bytes.resize(read + kPieceBytes);
+    SQLLEN length = 0;
+    const SQLRETURN result =
+        SQLGetData(statement.get(), static_cast<SQLUSMALLINT>(position + 1), c_type(read_as),
+                   bytes.data() + read, SQLLEN{kPieceBytes}, &length);
+    if (result == SQL_NO_DATA) break;
+    session.check(result, statement, name);
+    if (length == SQL_NULL_DATA) return false;
+    const bool is_last =
+        length != SQL_NO_TOTAL && static_cast<std::size_t>(length) + terminator <= kPieceBytes;
+    read += is_last ? static_cast<std::size_t>(length) : kPieceBytes - terminator;
+    if (is_last) break;
+  }
+  bytes.resize(read);
+  return true;
+}
+
 // The buffer of one column for all rows of a block.
 struct BoundColumn {
   std::size_t width = 0;  // bytes per row
   std::size_t terminator = 0;
+  bool has_length = false;  // it may be shorter than its width
   std::vector<std::byte> data;
   std::vector<SQLLEN> indicators;
 
   bool is_cut_off(std::size_t row) const {
     const SQLLEN length = indicators[row];
+    if (!has_length) return false;
     return length == SQL_NO_TOTAL ||
            (length >= 0 && static_cast<std::size_t>(length) + terminator > width);
   }
@@ -48,7 +73,7 @@ class BlockReader {
   BlockReader& operator=(const BlockReader&) = delete;
 
   ResultRows read_all() {
-    ResultRows rows;
+    ResultRows rows(columns_);
     std::size_t before = 0;  // rows of earlier blocks
     for (;;) {
       const SQLRETURN result = SQLFetch(statement_.get());
@@ -57,9 +82,9 @@ class BlockReader {
       for (std::size_t i = 0; i < fetched_; ++i) {
         if (status_[i] == SQL_ROW_DELETED || status_[i] == SQL_ROW_NOROW) continue;
         if (status_[i] == SQL_ROW_ERROR) session_.fail(statement_, name_);
-        rows.positions.push_back(before + i + 1);
+        rows.begin_row(before + i + 1);
         for (std::size_t column = 0; column < columns_.size(); ++column) {
-          rows.values.push_back(value(column, i));
+          rows.add(raw_value(column, i));
         }
       }
       before += fetched_;
@@ -73,6 +98,7 @@ class BlockReader {
       BoundColumn& bound = bound_.emplace_back();
       bound.width = buffer_size(column.type.read_as, column.size);
       bound.terminator = terminator_size(column.type.read_as);
+      bound.has_length = bound.terminator > 0 || column.type.read_as == ReadAs::kBytes;
       row_bytes += bound.width + sizeof(SQLLEN);
     }
     const DriverTraits& traits = session_.traits();
@@ -98,16 +124,18 @@ class BlockReader {
     session_.check(SQLSetStmtAttr(statement_.get(), attribute, value, 0), statement_, name_);
   }
 
-  Value value(std::size_t column, std::size_t row) {
+  RawValue raw_value(std::size_t column, std::size_t row) {
     const BoundColumn& bound = bound_[column];
-    if (bound.indicators[row] == SQL_NULL_DATA) return {};
+    if (bound.indicators[row] == SQL_NULL_DATA) return std::nullopt;
     if (bound.is_cut_off(row)) return whole_value(column, row);
-    return to_value(columns_[column].type.read_as, bound.data.data() + row * bound.width,
-                    static_cast<std::size_t>(bound.indicators[row]));
+    // Of a value of fixed size some drivers tell no length.
+    const std::size_t length =
+        bound.has_length ? static_cast<std::size_t>(bound.indicators[row]) : bound.width;
+    return std::span(bound.data).subspan(row * bound.width, length);
   }
 
   // A value that is longer than its column says.
-  Value whole_value(std::size_t column, std::size_t row) {
+  RawValue whole_value(std::size_t column, std::size_t row) {
     if (session_.traits().rereads_blocks) {
       session_.check(SQLSetPos(statement_.get(), static_cast<SQLSETPOSIROW>(row + 1), SQL_POSITION,
                                SQL_LOCK_NO_CHANGE),
@@ -117,7 +145,10 @@ class BlockReader {
                               "' is longer than the driver says that the column is.",
                           "22001");
     }
-    return read_value(session_, statement_, columns_[column], column, name_);
+    if (!read_pieces(session_, statement_, columns_[column].type.read_as, column, name_, whole_)) {
+      return std::nullopt;
+    }
+    return std::span<const std::byte>(whole_);
   }
 
   Session& session_;
@@ -125,21 +156,25 @@ class BlockReader {
   const std::vector<ResultColumn>& columns_;
   const std::string& name_;
   std::vector<BoundColumn> bound_;
+  std::vector<std::byte> whole_;
   std::vector<SQLUSMALLINT> status_;
   SQLULEN fetched_ = 0;
 };
 
 ResultRows read_in_pieces(Session& session, const StatementHandle& statement,
                           const std::vector<ResultColumn>& columns, const std::string& name) {
-  ResultRows rows;
+  ResultRows rows(columns);
+  std::vector<std::byte> bytes;
   for (std::size_t position = 1;; ++position) {
     const SQLRETURN result = SQLFetch(statement.get());
     if (result == SQL_NO_DATA) return rows;
     session.check(result, statement, name);
-    rows.positions.push_back(position);
+    rows.begin_row(position);
     // In the order of the columns, which is all that many drivers allow.
     for (std::size_t i = 0; i < columns.size(); ++i) {
-      rows.values.push_back(read_value(session, statement, columns[i], i, name));
+      const bool has_value =
+          read_pieces(session, statement, columns[i].type.read_as, i, name, bytes);
+      rows.add(has_value ? RawValue(bytes) : std::nullopt);
     }
   }
 }
@@ -169,28 +204,60 @@ ResultRows read_rows(Session& session, const StatementHandle& statement,
   return BlockReader(session, statement, columns, name).read_all();
 }
 
-Value read_value(Session& session, const StatementHandle& statement, const ResultColumn& column,
-                 std::size_t position, const std::string& name) {
-  const ReadAs read_as = column.type.read_as;
-  const std::size_t terminator = terminator_size(read_as);
-  std::vector<std::byte> whole;
-  const auto piece = std::make_unique<std::byte[]>(kPieceBytes);
-  for (;;) {
-    SQLLEN length = 0;
-    const SQLRETURN result = SQLGetData(statement.get(), static_cast<SQLUSMALLINT>(position + 1),
-                                        c_type(read_as), piece.get(), SQLLEN{kPieceBytes}, &length);
-    if (result == SQL_NO_DATA) break;
-    session.check(result, statement, name);
-    if (length == SQL_NULL_DATA) return {};
-    const bool is_last =
-        length != SQL_NO_TOTAL && static_cast<std::size_t>(length) + terminator <= kPieceBytes;
-    const std::size_t received =
-        is_last ? static_cast<std::size_t>(length) : kPieceBytes - terminator;
-    if (is_last && whole.empty()) return to_value(read_as, piece.get(), received);
-    whole.insert(whole.end(), piece.get(), piece.get() + received);
-    if (is_last) break;
+Row read_row(Session& session, const StatementHandle& statement,
+             const std::vector<ResultColumn>& columns, const std::string& name) {
+  Row row;
+  std::vector<std::byte> bytes;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const ReadAs read_as = columns[i].type.read_as;
+    const bool has_value = read_pieces(session, statement, read_as, i, name, bytes);
+    row.push_back(has_value ? to_value(read_as, bytes.data(), bytes.size()) : Value());
   }
-  return to_value(read_as, whole.data(), whole.size());
+  return row;
+}
+
+ResultRows::ResultRows(const std::vector<ResultColumn>& columns) {
+  for (const ResultColumn& column : columns) kinds_.push_back(column.type.read_as);
+}
+
+void ResultRows::begin_row(std::size_t position) {
+  if (size() % kChunkRows == 0) {
+    // A chunk is about as large as the one before it.
+    const std::size_t expected = chunks_.empty() ? 0 : chunks_.back().bytes.size();
+    Chunk& chunk = chunks_.emplace_back();
+    chunk.bytes.reserve(expected + expected / 8);
+    chunk.starts.reserve(kChunkRows * kinds_.size() + 1);
+    chunk.starts.push_back(0);
+  }
+  positions_.push_back(position);
+}
+
+void ResultRows::add(RawValue raw) {
+  Chunk& chunk = chunks_.back();
+  if (raw) {
+    chunk.bytes.insert(chunk.bytes.end(), raw->begin(), raw->end());
+  } else {
+    chunk.starts.back() |= kNull;
+  }
+  chunk.starts.push_back(chunk.bytes.size());
+}
+
+Value ResultRows::value(std::size_t row, std::size_t column) const {
+  if (!replaced_.empty()) {
+    const auto replaced = replaced_.find(row);
+    if (replaced != replaced_.end()) return replaced->second[column];
+  }
+  const Chunk& chunk = chunks_[row / kChunkRows];
+  const std::uint64_t* const start = &chunk.starts[row % kChunkRows * kinds_.size() + column];
+  if ((start[0] & kNull) != 0) return {};
+  const std::uint64_t end = start[1] & ~kNull;
+  return to_value(kinds_[column], chunk.bytes.data() + start[0], end - start[0]);
+}
+
+Row ResultRows::row(std::size_t row) const {
+  Row values;
+  for (std::size_t i = 0; i < kinds_.size(); ++i) values.push_back(value(row, i));
+  return values;
 }
 
 }  // namespace kestrova::odbc

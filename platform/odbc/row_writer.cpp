@@ -53,11 +53,7 @@ Row fetch_again(Session& session, const StatementHandle& cursor,
       SQLFetchScroll(cursor.get(), SQL_FETCH_ABSOLUTE, static_cast<SQLLEN>(position));
   if (result == SQL_NO_DATA || status.is(SQL_ROW_DELETED)) report_deleted();
   session.check(result, cursor, name);
-  Row row;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    row.push_back(read_value(session, cursor, columns[i], i, name));
-  }
-  return row;
+  return read_row(session, cursor, columns, name);
 }
 
 // The new values, bound only while their row is written.
@@ -162,8 +158,8 @@ class KeyWriter {
     parameters.run(session_, statement, sql);
     const auto columns = read_columns(session_, statement, name);
     const ResultRows rows = read_rows(session_, statement, columns, name);
-    if (rows.positions.size() == 1 && columns.size() == positions.size()) {
-      for (std::size_t i = 0; i < positions.size(); ++i) row[positions[i]] = rows.values[i];
+    if (rows.size() == 1 && columns.size() == positions.size()) {
+      for (std::size_t i = 0; i < positions.size(); ++i) row[positions[i]] = rows.value(0, i);
     }
     return row;
   }
@@ -193,7 +189,7 @@ class KeyWriter {
     const std::string name = statement_name(0, sql);
     const ResultRows rows =
         read_rows(session_, statement, read_columns(session_, statement, name), name);
-    const std::int32_t count = rows.values.at(0).integer();
+    const std::int32_t count = rows.value(0, 0).integer();
     if (count == 0) report_deleted();
     if (count == 1) report_changed();
     throw DatabaseError("The key of the row names " + std::to_string(count) + " rows of " +

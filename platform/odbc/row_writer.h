@@ -11,7 +11,6 @@
 
 namespace kestrova::odbc {
 
-using Row = std::vector<Value>;
 using Changes = std::map<std::size_t, Value>;  // new values by position
 
 // Asks the driver for a cursor that can be updated, before the statement is run.
