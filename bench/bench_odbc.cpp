@@ -210,12 +210,12 @@ void count_round_trips() {
     statements_of(code, mode, criterion, 1);  // the services read their catalogue once
     const int one = statements_of(code, mode, criterion, 1);
     const int eleven = statements_of(code, mode, criterion, 11);
-    std::printf("%-20s %.1f round trips per criterion, %.1f per filter\n", what,
+    std::printf("%-24s %.1f round trips per criterion, %.1f per filter\n", what,
                 (eleven - one) / 10.0, one - (eleven - one) / 10.0);
   };
-  print("catalogue relation", "1EXP", "", "712 > 3.5;");
-  print("relation of lots", "1VM", "WAREN", "711 >= 40;");
-  print("SELEKTION relation", "4ARB17", "4ARB", "302 = 'x';");
+  print("1EXP, of the catalogue", "1EXP", "", "712 > 3.5;");
+  print("4ARB17, restricted", "4ARB17", "4ARB", "302 = 'x';");
+  print("1VN, of SELEKTION", "1VN", "WAREN", "201 = 'x';");
 }
 
 }  // namespace

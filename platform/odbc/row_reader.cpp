@@ -1,7 +1,7 @@
 #include "platform/odbc/row_reader.h"
 
 #include <algorithm>
-#include <memory>
+#include <cstring>
 
 #include "platform/error.h"
 #include "platform/odbc/column_values.h"
@@ -58,7 +58,12 @@ class BlockReader {
  public:
   BlockReader(Session& session, const StatementHandle& statement,
               const std::vector<ResultColumn>& columns, const std::string& name)
-      : session_(session), statement_(statement), columns_(columns), name_(name) {
+      : session_(session),
+        statement_(statement),
+        columns_(columns),
+        name_(name),
+        row_(columns.size()),
+        whole_(columns.size()) {
     bind();
   }
 
@@ -82,10 +87,10 @@ class BlockReader {
       for (std::size_t i = 0; i < fetched_; ++i) {
         if (status_[i] == SQL_ROW_DELETED || status_[i] == SQL_ROW_NOROW) continue;
         if (status_[i] == SQL_ROW_ERROR) session_.fail(statement_, name_);
-        rows.begin_row(before + i + 1);
         for (std::size_t column = 0; column < columns_.size(); ++column) {
-          rows.add(raw_value(column, i));
+          row_[column] = raw_value(column, i);
         }
+        rows.add_row(before + i + 1, row_);
       }
       before += fetched_;
     }
@@ -145,10 +150,10 @@ class BlockReader {
                               "' is longer than the driver says that the column is.",
                           "22001");
     }
-    if (!read_pieces(session_, statement_, columns_[column].type.read_as, column, name_, whole_)) {
-      return std::nullopt;
-    }
-    return std::span<const std::byte>(whole_);
+    std::vector<std::byte>& whole = whole_[column];
+    const ReadAs read_as = columns_[column].type.read_as;
+    const bool has_value = read_pieces(session_, statement_, read_as, column, name_, whole);
+    return has_value ? RawValue(whole) : std::nullopt;
   }
 
   Session& session_;
@@ -156,7 +161,8 @@ class BlockReader {
   const std::vector<ResultColumn>& columns_;
   const std::string& name_;
   std::vector<BoundColumn> bound_;
-  std::vector<std::byte> whole_;
+  std::vector<RawValue> row_;
+  std::vector<std::vector<std::byte>> whole_;  // values of the row that did not fit
   std::vector<SQLUSMALLINT> status_;
   SQLULEN fetched_ = 0;
 };
@@ -164,18 +170,19 @@ class BlockReader {
 ResultRows read_in_pieces(Session& session, const StatementHandle& statement,
                           const std::vector<ResultColumn>& columns, const std::string& name) {
   ResultRows rows(columns);
-  std::vector<std::byte> bytes;
+  std::vector<RawValue> row(columns.size());
+  std::vector<std::vector<std::byte>> bytes(columns.size());
   for (std::size_t position = 1;; ++position) {
     const SQLRETURN result = SQLFetch(statement.get());
     if (result == SQL_NO_DATA) return rows;
     session.check(result, statement, name);
-    rows.begin_row(position);
     // In the order of the columns, which is all that many drivers allow.
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const bool has_value =
-          read_pieces(session, statement, columns[i].type.read_as, i, name, bytes);
-      rows.add(has_value ? RawValue(bytes) : std::nullopt);
+          read_pieces(session, statement, columns[i].type.read_as, i, name, bytes[i]);
+      row[i] = has_value ? RawValue(bytes[i]) : std::nullopt;
     }
+    rows.add_row(position, row);
   }
 }
 
@@ -220,26 +227,32 @@ ResultRows::ResultRows(const std::vector<ResultColumn>& columns) {
   for (const ResultColumn& column : columns) kinds_.push_back(column.type.read_as);
 }
 
-void ResultRows::begin_row(std::size_t position) {
-  if (size() % kChunkRows == 0) {
-    // A chunk is about as large as the one before it.
-    const std::size_t expected = chunks_.empty() ? 0 : chunks_.back().bytes.size();
-    Chunk& chunk = chunks_.emplace_back();
-    chunk.bytes.reserve(expected + expected / 8);
-    chunk.starts.reserve(kChunkRows * kinds_.size() + 1);
-    chunk.starts.push_back(0);
-  }
+void ResultRows::add_row(std::size_t position, std::span<const RawValue> values) {
+  if (size() % kChunkRows == 0) add_chunk();
   positions_.push_back(position);
+  Chunk& chunk = chunks_.back();
+  std::size_t end = chunk.bytes.size();
+  std::size_t length = 0;
+  for (const RawValue& value : values) length += value ? value->size() : 0;
+  chunk.bytes.resize(end + length);
+  for (const RawValue& value : values) {
+    if (!value) {
+      chunk.starts.back() |= kNull;
+    } else if (!value->empty()) {
+      std::memcpy(chunk.bytes.data() + end, value->data(), value->size());
+      end += value->size();
+    }
+    chunk.starts.push_back(end);
+  }
 }
 
-void ResultRows::add(RawValue raw) {
-  Chunk& chunk = chunks_.back();
-  if (raw) {
-    chunk.bytes.insert(chunk.bytes.end(), raw->begin(), raw->end());
-  } else {
-    chunk.starts.back() |= kNull;
-  }
-  chunk.starts.push_back(chunk.bytes.size());
+void ResultRows::add_chunk() {
+  // A chunk is about as large as the one before it.
+  const std::size_t expected = chunks_.empty() ? 0 : chunks_.back().bytes.size();
+  Chunk& chunk = chunks_.emplace_back();
+  chunk.bytes.reserve(expected + expected / 8);
+  chunk.starts.reserve(kChunkRows * kinds_.size() + 1);
+  chunk.starts.push_back(0);
 }
 
 Value ResultRows::value(std::size_t row, std::size_t column) const {

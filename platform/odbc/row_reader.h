@@ -48,9 +48,8 @@ class ResultRows {
   Value value(std::size_t row, std::size_t column) const;
   Row row(std::size_t row) const;
 
-  // Begins a row; add() is then called for each column in turn.
-  void begin_row(std::size_t position);
-  void add(RawValue raw);
+  // A value for each column.
+  void add_row(std::size_t position, std::span<const RawValue> values);
   void replace(std::size_t row, Row values) { replaced_[row] = std::move(values); }
 
  private:
@@ -59,6 +58,8 @@ class ResultRows {
     std::vector<std::byte> bytes;
     std::vector<std::uint64_t> starts;  // with kNull added for a NULL
   };
+  void add_chunk();
+
   static constexpr std::size_t kChunkRows = 1024;
   static constexpr std::uint64_t kNull = std::uint64_t{1} << 63U;
 
