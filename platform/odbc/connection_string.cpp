@@ -11,8 +11,7 @@ namespace {
 
 constexpr std::string_view kMask = "***";
 
-// An attribute is a secret when its name contains one of these: PWD, Password, ClientSecret,
-// AccessToken, pqopt of a driver is none.
+// An attribute is a secret when its name contains one of these: Password, NewPWD, ClientSecret.
 constexpr std::array<std::string_view, 5> kSecretWords = {"PWD", "PASS", "SECRET", "TOKEN",
                                                           "CREDENTIAL"};
 
