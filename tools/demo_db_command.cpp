@@ -1,7 +1,9 @@
 // kestrova-sel demo-db FILE
 #include <filesystem>
+#include <fstream>
 
 #include "examples/forest/forest_generator.h"
+#include "examples/forest/forest_script_writer.h"
 #include "platform/error.h"
 #include "platform/sqlite/sqlite_connection.h"
 #include "platform/standalone/settings_user_locale.h"
@@ -62,6 +64,12 @@ ForestOptions forest_options(const DemoDbArguments& arguments) {
   return options;
 }
 
+void write_script(const std::string& file, const ForestOptions& forest) {
+  std::ofstream out(file, std::ios::binary);
+  write_forest_script(out, forest);
+  if (!out.flush()) throw std::runtime_error("the file '" + file + "' could not be written");
+}
+
 }  // namespace
 
 void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments,
@@ -69,12 +77,18 @@ void make_demo_db(const GlobalOptions& options, const DemoDbArguments& arguments
   check_target(arguments);
   const ForestOptions forest = forest_options(arguments);
   const HalfMadeFile half_made(arguments.file);
-  build_forest_database(*open_sqlite(half_made.path(), {.create = true}), forest);
+  if (arguments.script) {
+    write_script(half_made.path(), forest);
+  } else {
+    build_forest_database(*open_sqlite(half_made.path(), {.create = true}), forest);
+  }
   half_made.finish();
   if (options.json) {
     print_json(out, Json{{"file", arguments.file}, {"lots", forest.lots}, {"seed", forest.seed}});
   } else {
-    out << "Made the sample database '" << arguments.file << "' with " << forest.lots << " lots.\n";
+    out << (arguments.script ? "Wrote the script '" : "Made the sample database '")
+        << arguments.file << (arguments.script ? "' for SQL Server with " : "' with ")
+        << forest.lots << " lots.\n";
   }
 }
 

@@ -146,7 +146,8 @@ CLI::App* CommandLine::add(const char* name, const char* description, const char
 }
 
 void CommandLine::add_global_options() {
-  app.add_option("--db", options.database, "File of the database")->type_name("FILE");
+  app.add_option("--db", options.database, "File of the database, or odbc:CONNECTION-STRING")
+      ->type_name("FILE|odbc:...");
   app.add_option("--language", options.language, "Language of field names")
       ->check(one_of({"DE", "EN"}))
       ->type_name("DE|EN")
@@ -329,6 +330,8 @@ void CommandLine::add_demo_db() {
   sub->add_option("--today", demo_db.today, "Day around which all dates lie")
       ->type_name("YYYY-MM-DD");
   sub->add_flag("--force", demo_db.force, "Replace an existing file");
+  sub->add_flag("--script", demo_db.script,
+                "Write a script that makes it on SQL Server instead of an embedded database");
 }
 
 // Raises UsageError; CLI::Success when a help text or the version was asked for.

@@ -25,7 +25,7 @@ class UsageError : public std::runtime_error {
 
 // Options of every command.
 struct GlobalOptions {
-  std::string database;  // file of an embedded database; "" for none
+  std::string database;  // file of an embedded database or "odbc:..."; "" for none
   std::string language = "DE";
   std::string date_order = "DMY";
   std::string or_line = "=== ODER ===";
@@ -111,6 +111,7 @@ struct DemoDbArguments {
   std::optional<std::uint64_t> seed;
   std::optional<std::string> today;  // "yyyy-mm-dd", the day around which all dates lie
   bool force = false;
+  bool script = false;  // a script for SQL Server instead of an embedded database
 };
 
 }  // namespace kestrova::tool

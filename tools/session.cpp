@@ -9,6 +9,9 @@
 #include "editor/f_selection.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
+#ifdef KESTROVA_HAS_ODBC
+#include "platform/odbc/odbc_connection.h"
+#endif
 #include "platform/sqlite/sqlite_connection.h"
 #include "platform/standalone/settings_user_locale.h"
 #include "platform/standalone/standalone_suite.h"
@@ -55,18 +58,67 @@ std::string_view scheme_of(std::string_view database) {
   return is_scheme ? scheme : std::string_view();
 }
 
-// The first look into the file tells whether the suite lives there.
+[[noreturn]] void refuse(const std::string& why, const DatabaseError& error) {
+  throw DatabaseError(why + ": " + error.what(), error.sqlstate(), error.native_code());
+}
+
+[[noreturn]] void refuse_database(const std::string& name, const DatabaseError& error) {
+  refuse("'" + name + "' is no database of the suite, check --db", error);
+}
+
+// The first look into a database tells whether the suite lives there.
+void require_suite(Connection& connection) {
+  connection.open("SELECT TOP 0 TABLE_KEY FROM SUITE_TABLE_KEYS", CursorType::kForwardOnly,
+                  LockType::kReadOnly);
+}
+
 std::shared_ptr<Connection> open_suite_file(const std::string& file, bool read_only) {
+  if (!std::filesystem::is_regular_file(file)) {
+    throw DatabaseError("there is no database file '" + file +
+                            "': check --db, or make the sample database with 'kestrova-sel "
+                            "demo-db FILE'",
+                        "08001");
+  }
   try {
     std::shared_ptr<Connection> connection = open_sqlite(file, {.read_only = read_only});
-    connection->open("SELECT TOP 0 TABLE_KEY FROM SUITE_TABLE_KEYS", CursorType::kForwardOnly,
-                     LockType::kReadOnly);
+    require_suite(*connection);
     return connection;
   } catch (const DatabaseError& error) {
-    throw DatabaseError("'" + file + "' is no database of the suite, check --db: " + error.what(),
-                        error.sqlstate(), error.native_code());
+    refuse_database(file, error);
   }
 }
+
+#ifdef KESTROVA_HAS_ODBC
+std::shared_ptr<Connection> connect(const std::string& connection_string, const std::string& name,
+                                    bool read_only) {
+  OdbcOptions options;
+  options.read_only = read_only;
+  try {
+    return open_odbc(connection_string, options);
+  } catch (const DatabaseError& error) {
+    refuse("cannot connect to '" + name + "'", error);
+  } catch (const InvalidArgument& error) {
+    throw UsageError(std::string("--db: ") + error.what());
+  }
+}
+
+std::shared_ptr<Connection> open_suite_source(const std::string& connection_string,
+                                              bool read_only) {
+  const std::string name = masked_connection_string(connection_string);
+  const std::shared_ptr<Connection> connection = connect(connection_string, name, read_only);
+  try {
+    require_suite(*connection);
+  } catch (const DatabaseError& error) {
+    refuse_database(name, error);
+  }
+  return connection;
+}
+#else
+std::shared_ptr<Connection> open_suite_source(const std::string&, bool) {
+  throw UsageError(
+      "this program was built without ODBC: give --db the file of an embedded database");
+}
+#endif
 
 std::shared_ptr<Connection> open_connection(const std::string& database, bool read_only) {
   if (database.empty()) {
@@ -74,17 +126,13 @@ std::shared_ptr<Connection> open_connection(const std::string& database, bool re
         "this needs a database: give one with --db FILE, or make the sample database with "
         "'kestrova-sel demo-db FILE'");
   }
-  if (const std::string_view scheme = scheme_of(database); !scheme.empty()) {
-    throw UsageError("there is no kind of database called '" + std::string(scheme) +
-                     "': give --db the file of an embedded database");
+  const std::string_view scheme = scheme_of(database);
+  if (scheme.empty()) return open_suite_file(database, read_only);
+  if (text::equal_ignoring_case(scheme, "odbc")) {
+    return open_suite_source(database.substr(scheme.size() + 1), read_only);
   }
-  if (!std::filesystem::is_regular_file(database)) {
-    throw DatabaseError("there is no database file '" + database +
-                            "': check --db, or make the sample database with 'kestrova-sel "
-                            "demo-db FILE'",
-                        "08001");
-  }
-  return open_suite_file(database, read_only);
+  throw UsageError("there is no kind of database called '" + std::string(scheme) +
+                   "': give --db the file of an embedded database or odbc:CONNECTION-STRING");
 }
 
 std::string access_level_list(std::int32_t user_level) {

@@ -41,9 +41,10 @@ struct Session {
   Value single_value(std::string_view sql) const;
 };
 
-// Opens the database, read-only, and installs the host's services. Raises UsageError without a
-// database or for a kind of database that the program does not know, DatabaseError for a file that
-// is missing or is no database.
+// Opens the database, read-only; it is a file of the embedded database or "odbc:" and a connection
+// string, and installs the host's services. Raises UsageError without a database or for a kind of
+// database that the program does not know, DatabaseError when it cannot be opened or is none of the
+// suite.
 Session open_session(const GlobalOptions& options);
 
 // The same for a command that drives the selection editor, in front of the user who is given. The

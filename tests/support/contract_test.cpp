@@ -4,8 +4,8 @@
 namespace kestrova::test {
 namespace {
 
-std::unique_ptr<Connection> connect_recording(const std::vector<ContractTable>& tables) {
-  auto connection = std::make_unique<RecordingConnection>();
+std::shared_ptr<Connection> connect_recording(const std::vector<ContractTable>& tables) {
+  auto connection = std::make_shared<RecordingConnection>();
   for (const ContractTable& table : tables) {
     Columns columns;
     for (const ContractColumn& column : table.columns) {
@@ -17,7 +17,8 @@ std::unique_ptr<Connection> connect_recording(const std::vector<ContractTable>& 
 }
 
 INSTANTIATE_TEST_SUITE_P(Recording, DatabaseContract,
-                         testing::Values(ContractAdapter{"Recording", &connect_recording}),
+                         testing::Values(ContractAdapter{.name = "Recording",
+                                                         .connect = &connect_recording}),
                          contract_adapter_name);
 
 }  // namespace

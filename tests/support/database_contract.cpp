@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "platform/error.h"
+#include "platform/text.h"
 
 namespace kestrova::test {
 
@@ -11,6 +12,39 @@ void PrintTo(const ContractAdapter& adapter, std::ostream* out) { *out << adapte
 
 std::string contract_adapter_name(const testing::TestParamInfo<ContractAdapter>& info) {
   return info.param.name;
+}
+
+namespace {
+
+std::string server_literal(const Value& value) {
+  if (value.is_null()) return "NULL";
+  if (value.get_if<Bytes>()) return "0x" + value.text();
+  if (!value.get_if<std::string>() && !value.get_if<DateTime>()) return value.text();
+  return "N'" + text::replace_all(value.text(), "'", "''") + "'";
+}
+
+}  // namespace
+
+ContractDialect::ContractDialect() : literal(server_literal) {}
+
+std::vector<std::string> contract_statements(const ContractTable& table,
+                                             const ContractDialect& dialect) {
+  std::string columns;
+  for (const ContractColumn& column : table.columns) {
+    columns += (columns.empty() ? "" : ", ") + column.name + " " + dialect.column(column).sql_type;
+  }
+  std::vector<std::string> statements = {"CREATE TABLE " + table.name + " (" + columns + ")"};
+  for (const Row& row : table.rows) {
+    std::string values;
+    for (const Value& value : row) values += (values.empty() ? "" : ", ") + dialect.literal(value);
+    statements.push_back("INSERT INTO " + table.name + " VALUES (" + values + ")");
+  }
+  return statements;
+}
+
+Row DatabaseContract::stored(Row values) {
+  for (Value& value : values) value = dialect().value(value);
+  return values;
 }
 
 namespace {
@@ -184,9 +218,9 @@ TEST_P(DatabaseContract, EveryCursorAndLockReadsTheSameRows) {
 TEST_P(DatabaseContract, ColumnsAreNamedAndCountedAsInTheTable) {
   const auto rows = open("BAUMART");
   ASSERT_EQ(rows->column_count(), 3U);
-  EXPECT_EQ(rows->column_name(0), "ID");
-  EXPECT_EQ(rows->column_name(1), "NAME");
-  EXPECT_EQ(rows->column_name(2), "PREIS");
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(rows->column_name(i), dialect().column(kSpecies.columns[i]).name);
+  }
   EXPECT_EQ(open("LEER")->column_count(), kEmpty.columns.size());
 }
 
@@ -196,8 +230,8 @@ TEST_P(DatabaseContract, AColumnIsFoundByNameInAnyCaseAndByPosition) {
   EXPECT_EQ(rows->value("name"), Value("Fichte"));
   EXPECT_EQ(rows->value("Name"), Value("Fichte"));
   EXPECT_EQ(rows->value(1), Value("Fichte"));
-  EXPECT_EQ(rows->type("name"), FieldType::kVarWChar);
-  EXPECT_EQ(rows->type(1), FieldType::kVarWChar);
+  EXPECT_EQ(rows->type("name"), dialect().column(kSpecies.columns[1]).type);
+  EXPECT_EQ(rows->type(1), dialect().column(kSpecies.columns[1]).type);
 }
 
 TEST_P(DatabaseContract, AColumnThatDoesNotExistIsNotFound) {
@@ -215,7 +249,7 @@ TEST_P(DatabaseContract, TypesAreAnsweredWithAndWithoutRows) {
   for (const std::string_view table : {"WERTE", "LEER"}) {
     const auto rows = open(table);
     for (std::size_t i = 0; i < kKinds.columns.size(); ++i) {
-      const ContractColumn& column = kKinds.columns[i];
+      const ContractColumn column = dialect().column(kKinds.columns[i]);
       EXPECT_EQ(rows->type(column.name), column.type) << table << "." << column.name;
       EXPECT_EQ(rows->type(i), column.type) << table << "." << column.name;
     }
@@ -225,14 +259,15 @@ TEST_P(DatabaseContract, TypesAreAnsweredWithAndWithoutRows) {
 TEST_P(DatabaseContract, TypesAreAnsweredAtTheEnd) {
   const auto rows = open("BAUMART");
   rest_of_column(*rows, "ID");
-  EXPECT_EQ(rows->type("PREIS"), FieldType::kNumeric);
+  EXPECT_EQ(rows->type("PREIS"), dialect().column(kSpecies.columns[2]).type);
 }
 
 // --- Values
 
 TEST_P(DatabaseContract, EveryKindOfValueIsReadWithoutLoss) {
   const auto rows = open("WERTE");
-  for (const Row& expected : kKinds.rows) {
+  for (const Row& row : kKinds.rows) {
+    const Row expected = stored(row);
     for (std::size_t i = 0; i < expected.size(); ++i) {
       EXPECT_EQ(rows->value(i), expected[i]) << kKinds.columns[i].name;
       EXPECT_EQ(rows->value(kKinds.columns[i].name), expected[i]) << kKinds.columns[i].name;
@@ -400,13 +435,13 @@ TEST_P(DatabaseContract, UpdateWritesTheChangedColumnsOfExactlyOneRow) {
   rows->update();
   EXPECT_EQ(rows->value("NAME"), Value("Kiefer 'rot'"));
   expect_on_row(*rows, 4);
-  const auto again = open("BAUMART");
+  const auto again = open_in_order("BAUMART");
   EXPECT_EQ(rest_of_column(*again, "NAME"),
             (Row{"Fichte", "Eiche  ", Value(), "Kiefer 'rot'", "", "Fichte"}));
   again->move_first();
   EXPECT_EQ(rest_of_column(*again, "PREIS"),
-            (Row{Decimal{"12.50"}, Decimal{"7.00"}, Value(), Decimal{"9.75"}, Decimal{"0.00"},
-                 Decimal{"3.10"}}));
+            stored({Decimal{"12.50"}, Decimal{"7.00"}, Value(), Decimal{"9.75"}, Decimal{"0.00"},
+                    Decimal{"3.10"}}));
 }
 
 TEST_P(DatabaseContract, EveryKindOfValueIsWrittenWithoutLoss) {
@@ -421,11 +456,11 @@ TEST_P(DatabaseContract, EveryKindOfValueIsWrittenWithoutLoss) {
   write(kKinds.rows[2]);
   rows->find("ID = 3");
   write(kKinds.rows[0]);
-  const auto again = open("WERTE");
+  const auto again = open_in_order("WERTE");
   for (std::size_t i = 1; i < kKinds.columns.size(); ++i) {
     again->move_first();
     EXPECT_EQ(rest_of_column(*again, kKinds.columns[i].name),
-              (Row{kKinds.rows[2][i], kKinds.rows[1][i], kKinds.rows[0][i]}))
+              stored({kKinds.rows[2][i], kKinds.rows[1][i], kKinds.rows[0][i]}))
         << kKinds.columns[i].name;
   }
 }
@@ -434,16 +469,16 @@ TEST_P(DatabaseContract, AMegabyteOfTextIsWrittenWhole) {
   const auto rows = open_for_update("WERTE");
   rows->set_value("W_NTEXT", large_text());
   rows->update();
-  EXPECT_TRUE(open("WERTE")->value("W_NTEXT") == Value(large_text()));
+  EXPECT_TRUE(open_in_order("WERTE")->value("W_NTEXT") == Value(large_text()));
 }
 
 TEST_P(DatabaseContract, AChangeIsSeenInTheRowAtOnceAndInTheTableAfterUpdate) {
   const auto rows = open_for_update("BAUMART");
   rows->set_value("NAME", "Tanne");
   EXPECT_EQ(rows->value("NAME"), Value("Tanne"));
-  EXPECT_EQ(open("BAUMART")->value("NAME"), Value("Fichte"));
+  EXPECT_EQ(open_in_order("BAUMART")->value("NAME"), Value("Fichte"));
   rows->update();
-  EXPECT_EQ(open("BAUMART")->value("NAME"), Value("Tanne"));
+  EXPECT_EQ(open_in_order("BAUMART")->value("NAME"), Value("Tanne"));
 }
 
 TEST_P(DatabaseContract, LeavingTheRowDiscardsTheChange) {
@@ -459,7 +494,7 @@ TEST_P(DatabaseContract, LeavingTheRowDiscardsTheChange) {
   rows->update();  // writes this row, and nothing of the rows left
   rows->set_value("NAME", "Esche");
   rows->close();
-  EXPECT_EQ(rest_of_column(*open("BAUMART"), "NAME"),
+  EXPECT_EQ(rest_of_column(*open_in_order("BAUMART"), "NAME"),
             (Row{"Fichte", "Eiche  ", "Erle", "Föhre", "", "Fichte"}));
 }
 
@@ -469,7 +504,7 @@ TEST_P(DatabaseContract, EveryRowOfAWalkCanBeUpdated) {
     rows->set_value("NAME", "Nr. " + rows->value("ID").text());
     rows->update();
   }
-  EXPECT_EQ(rest_of_column(*open("BAUMART"), "NAME"),
+  EXPECT_EQ(rest_of_column(*open_in_order("BAUMART"), "NAME"),
             (Row{"Nr. 1", "Nr. 2", "Nr. 3", "Nr. 4", "Nr. 5", "Nr. 6"}));
 }
 
@@ -497,7 +532,7 @@ TEST_P(DatabaseContract, AReadOnlyRowSetRefusesToWrite) {
     EXPECT_THROW(rows->update(), DatabaseError);
     EXPECT_EQ(rows->value("NAME"), Value("Fichte"));
   }
-  EXPECT_EQ(open("BAUMART")->value("NAME"), Value("Fichte"));
+  EXPECT_EQ(open_in_order("BAUMART")->value("NAME"), Value("Fichte"));
 }
 
 TEST_P(DatabaseContract, AColumnThatDoesNotExistCannotBeSet) {
@@ -536,9 +571,9 @@ TEST_P(DatabaseContract, AClosedRowSetCanOnlyBeClosedAgain) {
 TEST_P(SqlDatabaseContract, ARowSetThatIsClosedOrDestroyedLetsGoOfItsTable) {
   const auto closed = open_forward_only("BAUMART");
   closed->close();
-  connection_->execute("DROP TABLE BAUMART");
+  execute("DROP TABLE BAUMART");
   open_forward_only("STANDORT").reset();
-  connection_->execute("DROP TABLE STANDORT");
+  execute("DROP TABLE STANDORT");
   EXPECT_THROW(open("BAUMART"), DatabaseError);
   EXPECT_THROW(open("STANDORT"), DatabaseError);
 }
@@ -566,7 +601,7 @@ TEST_P(DatabaseContract, AnErrorLeavesTheConnectionAndOtherRowSetsWorking) {
   expect_on_row(*rows, 2);
   rows->set_value("NAME", "Tanne");
   rows->update();
-  const auto again = open("BAUMART");
+  const auto again = open_in_order("BAUMART");
   again->move_next();
   EXPECT_EQ(again->value("NAME"), Value("Tanne"));
 }
@@ -575,12 +610,11 @@ TEST_P(SqlDatabaseContract, ARefusedStatementLeavesTheConnectionAndOtherRowSetsW
   const auto rows = open_forward_only("BAUMART");
   EXPECT_THROW(open("SELECT NICHT_DA FROM BAUMART"), DatabaseError);
   EXPECT_THROW(open("SELECT * FORM BAUMART"), DatabaseError);
-  EXPECT_THROW(connection_->execute("DELETE FROM NICHT_DA"), DatabaseError);
-  EXPECT_THROW(connection_->execute("INSERT INTO BAUMART (ID, NAME) VALUES (1, 'doppelt')"),
-               DatabaseError);
+  EXPECT_THROW(execute("DELETE FROM NICHT_DA"), DatabaseError);
+  EXPECT_THROW(execute("INSERT INTO BAUMART (ID, NAME) VALUES (1, 'doppelt')"), DatabaseError);
   EXPECT_EQ(rest_of_column(*rows, "ID"), ids_up_to(6));
-  EXPECT_EQ(connection_->execute("UPDATE BAUMART SET NAME = 'Tanne' WHERE ID = 1"), 1);
-  EXPECT_EQ(open("BAUMART")->value("NAME"), Value("Tanne"));
+  EXPECT_EQ(execute("UPDATE BAUMART SET NAME = 'Tanne' WHERE ID = 1"), 1);
+  EXPECT_EQ(open_in_order("BAUMART")->value("NAME"), Value("Tanne"));
 }
 
 // --- Queries and statements
@@ -590,30 +624,30 @@ TEST_P(SqlDatabaseContract, AQueryAnswersItsOwnRowsAndColumns) {
   EXPECT_EQ(rows->column_count(), 2U);
   EXPECT_EQ(rest_of_column(*rows, "NAME"), (Row{"Föhre", "Eiche  "}));
   rows->move_first();
-  EXPECT_EQ(rest_of_column(*rows, "PREIS"), (Row{Decimal{"12.50"}, Decimal{"7.00"}}));
+  EXPECT_EQ(rest_of_column(*rows, "PREIS"), stored({Decimal{"12.50"}, Decimal{"7.00"}}));
 }
 
 TEST_P(SqlDatabaseContract, OfColumnsWithOneNameTheFirstCounts) {
   const auto rows = open("SELECT ID, NAME AS ID FROM BAUMART WHERE ID = 4");
   EXPECT_EQ(rows->value("ID"), Value(4));
   EXPECT_EQ(rows->type("ID"), FieldType::kInteger);
-  EXPECT_EQ(rows->column_name(1), "ID");
+  EXPECT_EQ(rows->column_name(1), dialect().column(kSpecies.columns[0]).name);
   EXPECT_EQ(rows->value(1), Value("Föhre"));
-  EXPECT_EQ(rows->type(1), FieldType::kVarWChar);
+  EXPECT_EQ(rows->type(1), dialect().column(kSpecies.columns[1]).type);
 }
 
 TEST_P(SqlDatabaseContract, AQueryForNoRowsStillKnowsItsTypes) {
   const auto rows = open_forward_only("SELECT TOP 0 NAME, PREIS FROM BAUMART");
   EXPECT_TRUE(rows->eof());
-  EXPECT_EQ(rows->type("NAME"), FieldType::kVarWChar);
-  EXPECT_EQ(rows->type("PREIS"), FieldType::kNumeric);
+  EXPECT_EQ(rows->type("NAME"), dialect().column(kSpecies.columns[1]).type);
+  EXPECT_EQ(rows->type("PREIS"), dialect().column(kSpecies.columns[2]).type);
 }
 
 TEST_P(SqlDatabaseContract, RowsOfAQueryOnOneTableCanBeUpdated) {
   const auto rows = open_for_update("SELECT * FROM BAUMART WHERE NAME = 'Fichte' ORDER BY ID DESC");
   rows->set_value("NAME", "Tanne");
   rows->update();
-  EXPECT_EQ(rest_of_column(*open("BAUMART"), "NAME"),
+  EXPECT_EQ(rest_of_column(*open_in_order("BAUMART"), "NAME"),
             (Row{"Fichte", "Eiche  ", Value(), "Föhre", "", "Tanne"}));
 }
 
@@ -625,16 +659,16 @@ TEST_P(SqlDatabaseContract, RowsThatCannotBeToldApartRefuseToBeWritten) {
 }
 
 TEST_P(SqlDatabaseContract, ExecuteAnswersTheRowsChangedByTheLastChangingStatement) {
-  EXPECT_EQ(connection_->execute("UPDATE BAUMART SET PREIS = 1 WHERE ID > 2"), 4);
-  EXPECT_EQ(connection_->execute("DELETE FROM BAUMART WHERE ID = 99"), 0);
-  EXPECT_EQ(connection_->execute("INSERT INTO STANDORT (ID, ORT) VALUES (30, 'Solling')"), 1);
-  EXPECT_EQ(connection_->execute("CREATE TABLE NEU (ID int)"), 0);
-  EXPECT_EQ(connection_->execute("UPDATE BAUMART SET PREIS = 2\r\nDELETE FROM STANDORT"), 3);
-  EXPECT_EQ(connection_->execute("DELETE FROM BAUMART WHERE ID = 1\r\nDROP TABLE NEU"), 1);
+  EXPECT_EQ(execute("UPDATE BAUMART SET PREIS = 1 WHERE ID > 2"), 4);
+  EXPECT_EQ(execute("DELETE FROM BAUMART WHERE ID = 99"), 0);
+  EXPECT_EQ(execute("INSERT INTO STANDORT (ID, ORT) VALUES (30, 'Solling')"), 1);
+  EXPECT_EQ(execute("CREATE TABLE NEU (ID int)"), 0);
+  EXPECT_EQ(execute("UPDATE BAUMART SET PREIS = 2\r\nDELETE FROM STANDORT"), 3);
+  EXPECT_EQ(execute("DELETE FROM BAUMART WHERE ID = 1\r\nDROP TABLE NEU"), 1);
 }
 
 TEST_P(SqlDatabaseContract, TheStatementsOfABatchRunInOrder) {
-  connection_->execute(
+  execute(
       "CREATE TABLE NEU (ID int)\r\n"
       "INSERT INTO NEU (ID) SELECT ID FROM BAUMART WHERE ID < 3\r\n"
       "INSERT INTO NEU (ID) VALUES (7)");
@@ -642,18 +676,17 @@ TEST_P(SqlDatabaseContract, TheStatementsOfABatchRunInOrder) {
 }
 
 TEST_P(SqlDatabaseContract, StatementsBeforeTheFailingOneOfABatchStayDone) {
-  EXPECT_THROW(connection_->execute("DELETE FROM BAUMART WHERE ID = 1\r\n"
-                                    "DELETE FROM NICHT_DA\r\n"
-                                    "DELETE FROM BAUMART WHERE ID = 2"),
+  EXPECT_THROW(execute("DELETE FROM BAUMART WHERE ID = 1\r\n"
+                       "DELETE FROM NICHT_DA\r\n"
+                       "DELETE FROM BAUMART WHERE ID = 2"),
                DatabaseError);
   EXPECT_EQ(rest_of_column(*open("SELECT ID FROM BAUMART ORDER BY ID"), "ID"),
             (Row{2, 3, 4, 5, 6}));
 }
 
 TEST_P(SqlDatabaseContract, ABatchThatCannotBeReadRunsNothing) {
-  EXPECT_THROW(
-      connection_->execute("DELETE FROM BAUMART\r\nDELETE FROM STANDORT WHERE ORT = 'Harz"),
-      DatabaseError);
+  EXPECT_THROW(execute("DELETE FROM BAUMART\r\nDELETE FROM STANDORT WHERE ORT = 'Harz"),
+               DatabaseError);
   EXPECT_EQ(rest_of_column(*open("BAUMART"), "ID"), ids_up_to(6));
   EXPECT_EQ(rest_of_column(*open("STANDORT"), "ID"), (Row{10, 20}));
 }
@@ -661,29 +694,30 @@ TEST_P(SqlDatabaseContract, ABatchThatCannotBeReadRunsNothing) {
 TEST_P(SqlDatabaseContract, StatementsRunWhileRowSetsAreOpen) {
   const auto rows = open_forward_only("BAUMART");
   rows->move_next();
-  connection_->execute("CREATE TABLE NEU (ID int)");
+  execute("CREATE TABLE NEU (ID int)");
   for (; !rows->eof(); rows->move_next()) {
-    connection_->execute("INSERT INTO NEU (ID) VALUES (" + rows->value("ID").text() + ")");
+    execute("INSERT INTO NEU (ID) VALUES (" + rows->value("ID").text() + ")");
   }
   EXPECT_EQ(rest_of_column(*open("SELECT ID FROM NEU ORDER BY ID"), "ID"), (Row{2, 3, 4, 5, 6}));
   rows->move_first();
-  connection_->execute("DROP TABLE NEU");
+  execute("DROP TABLE NEU");
   EXPECT_EQ(rest_of_column(*rows, "ID"), ids_up_to(6));
 }
 
 TEST_P(SqlDatabaseContract, ATemporaryTableLivesAsLongAsItsConnection) {
-  connection_->execute("CREATE TABLE #NEU (ID int)\r\nINSERT INTO #NEU (ID) VALUES (5)");
+  execute("CREATE TABLE #NEU (ID int)\r\nINSERT INTO #NEU (ID) VALUES (5)");
   EXPECT_EQ(rest_of_column(*open("#NEU"), "ID"), (Row{5}));
   EXPECT_EQ(rest_of_column(*open("SELECT B.ID FROM BAUMART B, #NEU N WHERE B.ID = N.ID"), "ID"),
             (Row{5}));
   const auto other = GetParam().connect({kSpecies});
-  EXPECT_THROW(other->open("#NEU", CursorType::kStatic, LockType::kReadOnly), DatabaseError);
+  EXPECT_THROW(other->open(dialect().sql("#NEU"), CursorType::kStatic, LockType::kReadOnly),
+               DatabaseError);
 }
 
 TEST_P(SqlDatabaseContract, LargeAndForeignTextsPassThroughStatements) {
   const std::string text = large_text();
-  connection_->execute("UPDATE WERTE SET W_NTEXT = '" + text +
-                       "', W_NVARCHAR = 'O''Brien 🌲 Ω ł Ж' WHERE ID = 3");
+  execute("UPDATE WERTE SET W_NTEXT = '" + text +
+          "', W_NVARCHAR = 'O''Brien 🌲 Ω ł Ж' WHERE ID = 3");
   const auto rows = open("SELECT W_NVARCHAR, W_NTEXT FROM WERTE WHERE ID = 3");
   EXPECT_EQ(rows->value("W_NVARCHAR"), Value("O'Brien 🌲 Ω ł Ж"));
   EXPECT_TRUE(rows->value("W_NTEXT") == Value(text));

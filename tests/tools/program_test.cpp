@@ -514,7 +514,7 @@ INSTANTIATE_TEST_SUITE_P(CommandLines, WrongUsage, testing::Values(
     Misuse{"ModelAndMode", {"translate", "1VM", "--model", "Fichte stark", "--mode", "WAREN"}, "--model excludes --mode: 'kestrova-sel translate --help' explains the usage"},
     Misuse{"AuditWithoutDatabase", {"audit"}, "this needs a database: give one with --db FILE, or make the sample database with 'kestrova-sel demo-db FILE'"},
     Misuse{"NoDatabase", {"fields", "1VM"}, "this needs a database: give one with --db FILE, or make the sample database with 'kestrova-sel demo-db FILE'"},
-    Misuse{"UnknownKindOfDatabase", {"--db", "odbc:DSN=forest", "fields", "1VM"}, "there is no kind of database called 'odbc': give --db the file of an embedded database"},
+    Misuse{"UnknownKindOfDatabase", {"--db", "oracle:forest", "fields", "1VM"}, "there is no kind of database called 'oracle': give --db the file of an embedded database or odbc:CONNECTION-STRING"},
     Misuse{"UnknownDateOrder", {"--date-order", "DYM", "relations"}, "--date-order: DYM not in {DMY,MDY,YMD,YDM}: 'kestrova-sel relations --help' explains the usage"},
     Misuse{"UnknownMode", {"run", "1VN", "221 = 'x';", "--mode", "warm"}, "--mode: warm not in {WAREN,4ARB}: 'kestrova-sel run --help' explains the usage"},
     Misuse{"UnknownKind", {"materialise", "id", "SELECT 1"}, "there is no kind 'id', nothing was done: the kinds are 'LEISTUNGS_BB', 'PREIS_ANGEBOT', 'PREIS_RECHNUNG', 'ID', 'HE 120', 'HE 210', 'CHILD', 'MAIN', 'UE', 'PLAN_JAHR'"},
