@@ -27,6 +27,10 @@ class Dialog : public SelectionDialog {
   std::string caption() const override { return "Selektion"; }
   bool is_visible() const override { return true; }
   void close_requested() override {}
+  const std::string& or_line() const override { return or_line_; }
+
+ private:
+  std::string or_line_ = "=== ODER ===";
 };
 
 class Commands : public testing::Test {

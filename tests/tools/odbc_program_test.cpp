@@ -2,6 +2,8 @@
 // server's dialect is what it answers on the file.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "platform/text.h"
 #include "tests/tools/program_fixture.h"
 
@@ -56,6 +58,38 @@ INSTANTIATE_TEST_SUITE_P(Commands, OdbcAnswer, testing::Values(
     OdbcCommand{"Materialise", {"materialise", "ID", "--code", "1VM", "--criteria", "711 >= 40;"}}),
     [](const auto& test) { return std::string(test.param.name); });
 // clang-format on
+
+// Sessions write: models through statements, a contract through an updatable row set.
+TEST_F(OdbcProgram, ASessionSavesWhatASessionOnTheFileSaves) {
+  const auto saved_by = [](const std::string& path, const std::string& source) {
+    std::filesystem::copy_file(database(), path, std::filesystem::copy_options::overwrite_existing);
+    const ProgramResult model = run_program(
+        {"--db", source, "session", "1VM"},
+        "new\nfield Holzart\nvalue FI\ninsert\nor\nfield Menge (fm)\nop >\nvalue 3,5\ninsert\n"
+        "save as Über ODBC\nstandard on\nok\n");
+    EXPECT_EQ(model.exit_code, 0) << model.err;
+    const ProgramResult contract =
+        run_program({"--db", source, "session", "VERTP12"}, "fill 703 = 'FI';711 >= 30;\nok\n");
+    EXPECT_EQ(contract.exit_code, 0) << contract.err;
+    const auto connection = open_sqlite(path, {.read_only = true});
+    const auto value = [&connection](const std::string& sql) {
+      return connection->open(sql, CursorType::kForwardOnly, LockType::kReadOnly)->value(0).text();
+    };
+    return std::vector<std::string>{
+        model.out, contract.out,
+        value("SELECT MODEL + '/' + CAST(STANDARD AS varchar(1)) FROM MODELS WHERE NAME = 'Über "
+              "ODBC'"),
+        value("SELECT SELEKTION_VALUE FROM VERTRAG_PREISE WHERE ID = 12")};
+  };
+  const std::string on_file = file("session_on_file.db");
+  const std::string over_driver = file("session_over_driver.db");
+  const auto expected = saved_by(on_file, on_file);
+  EXPECT_EQ(expected[2], "703 = 'FI';=== ODER ===;712 > 3.5;/1");
+  EXPECT_EQ(expected[3], "703 = 'FI';711 >= 30;");
+  EXPECT_EQ(
+      saved_by(over_driver, "odbc:Driver=" KESTROVA_DIALECT_DRIVER ";Database=" + over_driver),
+      expected);
+}
 
 TEST_F(OdbcProgram, NamesADatabaseWithoutTheSuiteWithoutItsSecrets) {
   const std::string driver = "Driver=" KESTROVA_DIALECT_DRIVER;
