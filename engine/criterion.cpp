@@ -15,7 +15,6 @@
 namespace kestrova {
 namespace {
 
-
 // Where the operator stands, in bytes.
 struct OperatorSpan {
   std::size_t offset = 0;
