@@ -26,10 +26,11 @@ class EditorRowCounter final : public RowCounter {
   RowCount begin() override {
     stop();
     rows_ = 0;
-    const std::string from_where = editor_.counted_from_where();
-    if (from_where.empty()) return RowCount::kNone;
     connection_ = module_state().dbado;
+    if (!connection_) return RowCount::kNone;
     return timed([&] {
+      const std::string from_where = editor_.counted_from_where();
+      if (from_where.empty()) return RowCount::kNone;
       found_ =
           connection_->open("SELECT 1" + from_where, CursorType::kForwardOnly, LockType::kReadOnly);
       return RowCount::kCounting;

@@ -11,7 +11,7 @@ enum class RowCount {
   kNone,      // the lines cannot be counted
   kCounting,  // not done yet
   kAll,       // rows() is all of them
-  kMore,      // there are more than rows(), but going on would take too long
+  kMore,      // there are at least rows(), but going on would take too long
 };
 
 class RowCounter {

@@ -126,6 +126,12 @@ std::shared_ptr<Connection> open_connection(const std::string& database, bool re
         "this needs a database: give one with --db FILE, or make the sample database with "
         "'kestrova-sel demo-db FILE'");
   }
+  std::error_code ignored;
+  if (database.find('=') != std::string::npos && !database.starts_with("odbc:") &&
+      !std::filesystem::is_regular_file(database, ignored)) {
+    // Not quoted: it may hold a password.
+    throw UsageError("--db: a connection string begins with 'odbc:'");
+  }
   const std::string_view scheme = scheme_of(database);
   if (scheme.empty()) return open_suite_file(database, read_only);
   if (text::equal_ignoring_case(scheme, "odbc")) {

@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view kMask = "***";
 
 // An attribute is a secret when its name contains one of these: Password, NewPWD, ClientSecret.
-constexpr std::array<std::string_view, 5> kSecretWords = {"PWD", "PASS", "SECRET", "TOKEN",
-                                                          "CREDENTIAL"};
+constexpr std::array<std::string_view, 8> kSecretWords = {
+    "PWD", "PASS", "SECRET", "TOKEN", "CREDENTIAL", "CLIENTCERT", "CLIENTKEY", "PQOPT"};
 
 [[noreturn]] void reject(const char* why) {
   throw InvalidArgument(std::string("The connection string cannot be read: ") + why + ".");

@@ -29,7 +29,7 @@ class OdbcConnection final : public Connection {
         runs_batches ? std::vector<std::string_view>{batch} : odbc::split_batch(batch);
     std::int64_t changed = 0;
     for (std::size_t i = 0; i < statements.size(); ++i) {
-      const std::string name = odbc::statement_name(i, statements[i]);
+      const std::string name = session_->name_of(i, statements[i]);
       // Some drivers count for statements that change no rows, too.
       const bool counts = runs_batches || odbc::changes_rows(statements[i]);
       const std::int64_t rows = run(statements[i], name);
@@ -45,13 +45,7 @@ class OdbcConnection final : public Connection {
   std::int64_t run(std::string_view sql, const std::string& name) {
     const odbc::StatementHandle statement = session_->new_statement();
     session_->run(statement, sql, name);
-    std::int64_t changed = -1;
-    do {
-      if (session_->column_count(statement, name) > 0) continue;
-      const std::int64_t rows = session_->row_count(statement, name);
-      if (rows >= 0) changed = rows;
-    } while (session_->next_result(statement, name));
-    return changed;
+    return session_->last_row_count(statement, name);
   }
 
   std::shared_ptr<odbc::Session> session_;

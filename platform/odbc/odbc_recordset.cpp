@@ -12,7 +12,7 @@ OdbcRecordset::OdbcRecordset(std::shared_ptr<Session> session, std::string query
                              LockType lock)
     : session_(std::move(session)),
       query_(std::move(query)),
-      name_(statement_name(0, query_)),
+      name_(session_->name_of(0, query_)),
       lock_(lock),
       forward_only_(cursor == CursorType::kForwardOnly || cursor == CursorType::kUnspecified),
       updatable_(lock == LockType::kPessimistic || lock == LockType::kOptimistic) {
@@ -20,7 +20,13 @@ OdbcRecordset::OdbcRecordset(std::shared_ptr<Session> session, std::string query
 }
 
 void OdbcRecordset::open_query() {
+  // When the query fails, there are no rows: never rows under the columns of another result.
   cursor_.reset();
+  rows_ = {};
+  current_ = 0;
+  changes_.clear();
+  target_.reset();
+  target_sought_ = false;
   StatementHandle statement = session_->new_statement();
   if (updatable_) ask_for_cursor(*session_, statement, lock_);
   session_->run(statement, query_, name_);
@@ -34,9 +40,7 @@ void OdbcRecordset::open_query() {
   if (updatable_ && session_->traits().updatable_cursors && has_cursor(statement)) {
     cursor_ = std::move(statement);
   }
-  current_ = 0;
   moved_ = false;
-  changes_.clear();
 }
 
 // Results without columns are those of statements before the query.

@@ -53,7 +53,10 @@ Session::Session(const std::string& connection_string, const OdbcOptions& option
     query_timeout_ = static_cast<SQLULEN>(options.query_timeout.count());
     std::size_t index = 0;
     for (const std::string& sql : start_statements(options, traits_.kind)) {
-      run(new_statement(), sql, statement_name(index++, sql));
+      const StatementHandle statement = new_statement();
+      const std::string name = name_of(index++, sql);
+      run(statement, sql, name);
+      last_row_count(statement, name);
     }
   } catch (...) {
     SQLDisconnect(connection_.get());
@@ -108,7 +111,9 @@ void Session::find_text_form() {
 }
 
 void Session::read_traits() {
-  traits_.kind = kind_of(info_text(SQL_DBMS_NAME));
+  const std::string product = info_text(SQL_DBMS_NAME);
+  if (product.empty()) fail(SQL_HANDLE_DBC, connection_.get(), "kind of the database");
+  traits_.kind = kind_of(product);
   const bool is_server = traits_.kind == ConnectionKind::kSqlServer;
   // Brackets are always names there; double quotes only as the session is set.
   traits_.quote = is_server ? "[" : info_text(SQL_IDENTIFIER_QUOTE_CHAR);
@@ -175,10 +180,20 @@ std::size_t Session::column_count(const StatementHandle& statement, const std::s
   return static_cast<std::size_t>(count);
 }
 
-std::int64_t Session::row_count(const StatementHandle& statement, const std::string& name) {
-  SQLLEN count = 0;
-  check(SQLRowCount(statement.get(), &count), statement, name);
-  return count;
+std::int64_t Session::last_row_count(const StatementHandle& statement, const std::string& name) {
+  std::int64_t last = -1;
+  do {
+    if (column_count(statement, name) > 0) continue;
+    SQLLEN count = 0;
+    check(SQLRowCount(statement.get(), &count), statement, name);
+    if (count >= 0) last = count;
+  } while (next_result(statement, name));
+  return last;
+}
+
+// A secret goes before the text is shortened, which might leave a part of it.
+std::string Session::name_of(std::size_t index, std::string_view sql) const {
+  return statement_name(index, mask_.apply(std::string(sql)));
 }
 
 std::string Session::column_text(const StatementHandle& statement, SQLUSMALLINT column,
@@ -259,6 +274,11 @@ std::vector<std::string> Session::primary_key(const TableName& table) {
     if (!SQL_SUCCEEDED(read) || bytes <= 0) return {};
     columns.push_back(to_utf8(std::u16string_view(buffer)));
   }
+  // A driver may know no keys; a part of a key, or a lost connection, is no such answer.
+  const bool is_broken = !SQL_SUCCEEDED(result) && result != SQL_NO_DATA;
+  if (is_broken && (!columns.empty() || connection_is_dead())) {
+    fail(statement, "key of " + table.table);
+  }
   return columns;
 }
 
@@ -272,9 +292,10 @@ void Session::fail(const StatementHandle& statement, const std::string& name) {
 
 void Session::fail(SQLSMALLINT type, SQLHANDLE handle, const std::string& name) {
   std::vector<DiagnosticRecord> records = records_of(type, handle);
+  for (DiagnosticRecord& record : records) record.text = mask_.apply(record.text);
   const DatabaseError error = error_of(records, name);
   const bool is_lost = connected_ && (error.sqlstate().starts_with("08") || connection_is_dead());
-  throw DatabaseError((is_lost ? kLostMessage : "") + mask_.apply(error.what()),
+  throw DatabaseError(std::string(is_lost ? kLostMessage : "") + error.what(),
                       is_lost ? "08S01" : error.sqlstate(), error.native_code());
 }
 

@@ -53,13 +53,17 @@ class Session {
 
   // A new statement; its name in errors is for run() to give.
   StatementHandle new_statement();
+  // The statement as errors name it, without secrets.
+  std::string name_of(std::size_t index, std::string_view sql) const;
 
   // Runs SQL on the statement. Raises DatabaseError.
   void run(const StatementHandle& statement, std::string_view sql, const std::string& name);
   // To the next result; false when there is none.
   bool next_result(const StatementHandle& statement, const std::string& name);
   std::size_t column_count(const StatementHandle& statement, const std::string& name);
-  std::int64_t row_count(const StatementHandle& statement, const std::string& name);
+  // Reads all results and answers the count of the last one that has one: those before it may be a
+  // trigger's. Below 0 when none tells a number. A failure of a later result is raised.
+  std::int64_t last_row_count(const StatementHandle& statement, const std::string& name);
   // Columns count from 0.
   DescribedColumn describe(const StatementHandle& statement, std::size_t column,
                            const std::string& name);

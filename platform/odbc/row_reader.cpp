@@ -84,8 +84,11 @@ class BlockReader {
       const SQLRETURN result = SQLFetch(statement_.get());
       if (result == SQL_NO_DATA) return rows;
       session_.check(result, statement_, name_);
+      if (fetched_ == 0) {
+        throw DatabaseError("The driver does not tell how many rows it has read.", "HY000");
+      }
       for (std::size_t i = 0; i < fetched_; ++i) {
-        if (status_[i] == SQL_ROW_DELETED || status_[i] == SQL_ROW_NOROW) continue;
+        if (status_[i] == SQL_ROW_DELETED) continue;
         if (status_[i] == SQL_ROW_ERROR) session_.fail(statement_, name_);
         for (std::size_t column = 0; column < columns_.size(); ++column) {
           row_[column] = raw_value(column, i);
@@ -110,7 +113,7 @@ class BlockReader {
     const bool can_block = traits.sizes_hold || traits.rereads_blocks;
     const std::size_t rows =
         can_block ? std::clamp<std::size_t>(kBlockBytes / row_bytes, 1, kMostRowsInBlock) : 1;
-    status_.assign(rows, SQL_ROW_NOROW);
+    status_.assign(rows, SQL_ROW_SUCCESS);  // also of a driver that does not tell
     set(SQL_ATTR_ROW_ARRAY_SIZE, attribute_value(rows));
     set(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
     set(SQL_ATTR_ROW_STATUS_PTR, status_.data());

@@ -91,7 +91,7 @@ class ParameterList {
     if (!value.is_null()) add(value, column);
   }
   void run(Session& session, const StatementHandle& statement, const std::string& sql) {
-    const std::string name = statement_name(0, sql);
+    const std::string name = session.name_of(0, sql);
     for (std::size_t i = 0; i < parameters_.size(); ++i) {
       session.check(parameters_[i].bind(statement, i + 1), statement, name);
     }
@@ -128,7 +128,10 @@ class KeyWriter {
     const std::string sql = update_text(update_, quote());
     const StatementHandle statement = session_.new_statement();
     parameters.run(session_, statement, sql);
-    const std::int64_t written = session_.row_count(statement, statement_name(0, sql));
+    const std::int64_t written = session_.last_row_count(statement, session_.name_of(0, sql));
+    if (written < 0) {
+      throw DatabaseError("The database does not tell whether the row was written.", "HY000");
+    }
     if (written == 0) report_failure();
     if (written != 1) {
       throw DatabaseError("The database has changed " + std::to_string(written) +
@@ -153,7 +156,7 @@ class KeyWriter {
     }
     const std::string sql =
         select_text(target_.table, names, old_values(target_.key, row), quote());
-    const std::string name = statement_name(0, sql);
+    const std::string name = session_.name_of(0, sql);
     const StatementHandle statement = session_.new_statement();
     parameters.run(session_, statement, sql);
     const auto columns = read_columns(session_, statement, name);
@@ -186,7 +189,7 @@ class KeyWriter {
     const std::string sql = count_text(update_, quote());
     const StatementHandle statement = session_.new_statement();
     parameters.run(session_, statement, sql);
-    const std::string name = statement_name(0, sql);
+    const std::string name = session_.name_of(0, sql);
     const ResultRows rows =
         read_rows(session_, statement, read_columns(session_, statement, name), name);
     const std::int32_t count = rows.value(0, 0).integer();
@@ -207,6 +210,19 @@ class KeyWriter {
   SearchedUpdate update_;
   std::vector<std::size_t> others_;
 };
+
+// The row as it is read after it was written. It is written then, whatever becomes of the reading:
+// a cursor may lose a row whose key has changed.
+template <class Read>
+Row or_as_written(const Row& row, const Changes& changes, const Read& read) {
+  try {
+    return read();
+  } catch (const DatabaseError&) {
+    Row written = row;
+    for (const auto& [position, value] : changes) written[position] = value;
+    return written;
+  }
+}
 
 }  // namespace
 
@@ -239,7 +255,8 @@ Row write_through_cursor(Session& session, const StatementHandle& cursor,
     session.check(SQLSetPos(cursor.get(), 1, SQL_UPDATE, SQL_LOCK_NO_CHANGE), cursor, name);
     if (!status.is(SQL_ROW_UPDATED)) report_conflict();
   }
-  return fetch_again(session, cursor, columns, position, name);
+  return or_as_written(row, changes,
+                       [&] { return fetch_again(session, cursor, columns, position, name); });
 }
 
 std::optional<UpdateTarget> find_target(Session& session, std::string_view query,
@@ -266,7 +283,7 @@ Row write_by_key(Session& session, const UpdateTarget& target,
                  const std::vector<ResultColumn>& columns, const Row& row, const Changes& changes) {
   KeyWriter writer(session, target, columns, row, changes);
   writer.write();
-  return writer.read_again();
+  return or_as_written(row, changes, [&] { return writer.read_again(); });
 }
 
 }  // namespace kestrova::odbc

@@ -38,9 +38,17 @@ void ControlBinding::show_later() {
 
 void ControlBinding::show_now() {
   waiting_ = false;
+  if (!control_.enabled() && widget_.hasFocus()) leave();
   widget_.setEnabled(control_.enabled());
   if (widget_.isHidden() == control_.visible()) widget_.setVisible(control_.visible());
   show();
+}
+
+// Qt would hand the focus, and with it the next key, to the next button: a line moved down by a
+// repeated key would then empty the list.
+void ControlBinding::leave() {
+  auto* const list = widget_.window()->findChild<QWidget*>("ListCriteria");
+  if (list != nullptr) list->setFocus();
 }
 
 void ControlBinding::act(const std::function<void()>& action) {
@@ -213,10 +221,10 @@ void ValueBinding::show() {
   ComboBinding::show();
   const QString text = to_qt(combo_.text());
   if (edit_.text() != text) edit_.setText(text);
-  if (before == text) {
-    edit_.setCursorPosition(cursor);
-  } else {
+  if (before != text) {
     is_typed_ = false;
+  } else if (edit_.cursorPosition() != cursor) {
+    edit_.setCursorPosition(cursor);  // which would also drop a selection
   }
 }
 

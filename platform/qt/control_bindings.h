@@ -40,6 +40,8 @@ class ControlBinding : public QObject {
   EventBoundary& boundary() const { return boundary_; }
 
  private:
+  void leave();
+
   Control& control_;
   QWidget& widget_;
   EventBoundary& boundary_;

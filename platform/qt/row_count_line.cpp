@@ -66,7 +66,7 @@ void RowCountLine::begin() {
 
 void RowCountLine::advance() {
   follow([this] { return counter_.advance(kSlice); });
-  if (is_due_ && spent_.elapsed() > kBudget.count()) finish(number("rows.more"));
+  if (is_due_ && spent_.elapsed() > kBudget.count()) finish(so_far());
 }
 
 // Takes a step and shows what came of it, unless counting goes on.
@@ -80,11 +80,15 @@ void RowCountLine::follow(const std::function<RowCount()>& step) {
       case RowCount::kAll:
         return finish(counter_.rows() == 1 ? captions_("rows.one") : number("rows.many"));
       case RowCount::kMore:
-        return finish(number("rows.more"));
+        return finish(so_far());
     }
   } catch (const std::exception& error) {
     finish(to_qt(error.what()));
   }
+}
+
+QString RowCountLine::so_far() const {
+  return counter_.rows() == 0 ? captions_("rows.slow") : number("rows.more");
 }
 
 QString RowCountLine::number(std::string_view caption) const {

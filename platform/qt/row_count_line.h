@@ -39,6 +39,7 @@ class RowCountLine final : public QWidget {
   void advance();
   void follow(const std::function<RowCount()>& step);
   QString number(std::string_view caption) const;
+  QString so_far() const;
   void finish(const QString& text);
   void show_text(const QString& text);
 

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QDataStream>
 #include <QIODevice>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QShortcut>
 #include <algorithm>
@@ -51,6 +52,7 @@ class SelectionWindow::Content final : public EventBoundary {
   bool is_composing() const;
 
   void show_error();
+  void tell(const Error& error);
   void follow_dialog();
 
   SelectionWindow& window_;
@@ -204,10 +206,20 @@ void SelectionWindow::Content::show_error() {
   try {
     std::rethrow_exception(error);
   } catch (const Error& e) {
-    user_interface_.show_message({.prompt = from_qt(captions_("error")) + "\n\n" + e.what(),
+    tell(e);
+  }
+}
+
+// A host whose services raise in the middle of telling must hear of it: an error may not cross Qt.
+void SelectionWindow::Content::tell(const Error& error) {
+  try {
+    user_interface_.show_message({.prompt = from_qt(captions_("error")) + "\n\n" + error.what(),
                                   .flags = kCriticalIcon,
                                   .title = dialog_.caption(),
                                   .help_file = {}});
+  } catch (...) {
+    fatal_error_ = std::current_exception();
+    follow_dialog();
   }
 }
 
@@ -279,10 +291,18 @@ void SelectionWindow::restore_layout(const std::string& state) {
 
 void SelectionWindow::reject() { content_->cancel(); }
 
-// Whether the window goes is for the dialog to say.
+// Whether the window goes is for the dialog to say; one that goes does not keep the application
+// from ending.
 void SelectionWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
   content_->close();
+  event->setAccepted(!isVisible());
+}
+
+// A held Enter must not run on into OK when its button has been disabled under it.
+void SelectionWindow::keyPressEvent(QKeyEvent* event) {
+  const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (is_enter && event->isAutoRepeat()) return;
+  QDialog::keyPressEvent(event);
 }
 
 }  // namespace kestrova

@@ -37,6 +37,7 @@ class SelectionWindow final : public QDialog {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   class Content;

@@ -109,6 +109,17 @@ TEST_F(OdbcProgram, TellsInJsonToo) {
   EXPECT_EQ(result.out.find("geheim"), std::string::npos);
 }
 
+// Without the prefix it would be the name of a file, and be quoted.
+TEST_F(OdbcProgram, AStringWithoutItsPrefixIsNotQuoted) {
+  for (const std::string source : {"DSN=forest;PWD=geheim", "Server=tcp:x,1433;PWD=geheim"}) {
+    const ProgramResult text = run_program({"--db", source, "audit"});
+    EXPECT_EQ(text.exit_code, 2);
+    EXPECT_EQ(error_line(text), "--db: a connection string begins with 'odbc:'");
+    const ProgramResult document = run_program({"--db", source, "audit", "--json"});
+    EXPECT_EQ((document.out + document.err).find("geheim"), std::string::npos);
+  }
+}
+
 TEST_F(OdbcProgram, RefusesAStringThatCannotBeRead) {
   const ProgramResult result = run_program({"--db", "odbc:PWD={geheim", "audit"});
   EXPECT_EQ(result.exit_code, 2);

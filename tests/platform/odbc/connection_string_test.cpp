@@ -69,6 +69,7 @@ TEST_P(Secret, IsToldByTheNameOfItsAttribute) {
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Attributes, Secret, testing::Values(
+    SecretCase{"ClientCertificate", true}, SecretCase{"ClientKey", true}, SecretCase{"Pqopt", true},
     SecretCase{"PWD", true}, SecretCase{"pwd", true}, SecretCase{"Password", true},
     SecretCase{"NewPWD", true}, SecretCase{"SSLKeyPassphrase", true}, SecretCase{"ClientSecret", true},
     SecretCase{"KeyStoreSecret", true}, SecretCase{"AccessToken", true}, SecretCase{"ClientCredential", true},

@@ -61,6 +61,21 @@ TEST(OdbcConnection, ADriverThatIsNotThereIsToldWithoutSecrets) {
                     Not(HasSubstr("geheim"))));
 }
 
+TEST(OdbcConnection, AStatementIsNamedWithoutSecrets) {
+  const auto connection = open_odbc("Driver=SQLite3;Database=:memory:;PWD=geheim");
+  const auto opened = [&connection](const std::string& sql) {
+    return database_error(
+        [&] { connection->open(sql, CursorType::kForwardOnly, LockType::kReadOnly); });
+  };
+  EXPECT_EQ(
+      opened("CREATE TABLE T (PASSWORT char(9) DEFAULT 'geheim')"),
+      "24000 The text returns no rows. [statement 1: CREATE TABLE T (PASSWORT char(9) DEFAULT "
+      "'***')]");
+  // Also where the text is cut.
+  const std::string cut = "SELECT '" + std::string(589, 'x') + "geheim' FROM NOWHERE";
+  EXPECT_THAT(opened(cut), Not(HasSubstr("gehe")));
+}
+
 TEST(OdbcConnection, ADataSourceThatIsNotThereIsTold) {
   EXPECT_THAT(database_error([] { open_odbc("DSN=no_such_source;PWD=geheim"); }),
               AllOf(StartsWith("IM002 "), HasSubstr("Data source name not found"),

@@ -162,6 +162,32 @@ TEST_F(Window, EnterInsertsWhileALineIsComposedAndIsOkElsewhere) {
               ElementsAre("btnInsert", "btnInsert", "btnInsert", "btnOk", "btnOk", "btnReplace"));
 }
 
+TEST_F(Window, AButtonThatIsDisabledUnderItsKeyPassesNoKeyOn) {
+  watch_buttons();
+  dialog_.cmdDown.on_click = [this] {
+    clicked_.push_back("cmdDown");
+    dialog_.cmdDown.set_enabled(false);
+  };
+  user_->focus(dialog_.cmdDown);
+  user_->key(Qt::Key_Space);
+  EXPECT_EQ(user_->focused(), "ListCriteria");
+  user_->key(Qt::Key_Space);
+  EXPECT_THAT(clicked_, ElementsAre("cmdDown"));
+}
+
+TEST_F(Window, AHeldEnterIsNotOk) {
+  watch_buttons();
+  user_->focus(dialog_.ListCriteria);
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+  QApplication::sendEvent(&user_->widget(dialog_.ListCriteria), &held);
+  EXPECT_THAT(clicked_, IsEmpty());
+}
+
+TEST_F(Window, AWindowThatGoesAcceptsToBeClosed) {
+  EXPECT_TRUE(window_->close());
+  EXPECT_FALSE(window_->isVisible());
+}
+
 TEST_F(Window, EnterInTheModelListLoadsTheModel) {
   watch_buttons();
   int loaded = 0;
@@ -515,6 +541,19 @@ TEST_F(Window, AnyOtherExceptionClosesTheWindowAndReachesTheHost) {
   EXPECT_FALSE(window_->isVisible());
 }
 
+TEST_F(Window, AnErrorThatCannotBeToldReachesTheHost) {
+  settings_.caption_numbers = {{"error", 77}};
+  settings_.text = [](std::int32_t number) -> std::string {
+    if (number == 77) throw DatabaseError("The connection is lost.", "08S01");
+    return "";
+  };
+  open();
+  dialog_.btnInsert.on_click = [] { throw InvalidArgument("no value"); };
+  when_idle({[this] { user_->click(dialog_.btnInsert); }});
+  EXPECT_THROW(window_->show_until_hidden(), DatabaseError);
+  EXPECT_FALSE(window_->isVisible());
+}
+
 // --- The number of records
 
 class ScriptedCounter final : public RowCounter {
@@ -577,7 +616,12 @@ TEST_F(CountedWindow, ShowsHowManyRecordsTheLinesSelect) {
 
 TEST_F(CountedWindow, ShowsThatThereAreMore) {
   counter_->last = RowCount::kMore;
-  EXPECT_EQ(shown_after(600), "mehr als 3.000 Datensätze");
+  EXPECT_EQ(shown_after(600), "mindestens 3.000 Datensätze");
+}
+
+TEST_F(CountedWindow, ClaimsNoNumberWhereNoneIsKnown) {
+  counter_->first = RowCount::kMore;
+  EXPECT_EQ(shown_after(600), "Das Zählen dauert zu lange");
 }
 
 TEST_F(CountedWindow, ShowsTheErrorOfABrokenLine) {
@@ -609,7 +653,7 @@ TEST_F(CountedWindow, AnActionOfTheUserBreaksCountingOff) {
 
 TEST_F(CountedWindow, EndsWhenTheBudgetIsSpent) {
   counter_->all = 1'000'000'000'000;
-  EXPECT_TRUE(QString::fromStdString(shown_after(2800)).startsWith("mehr als "));
+  EXPECT_TRUE(QString::fromStdString(shown_after(2800)).startsWith("mindestens "));
 }
 
 }  // namespace
