@@ -4,7 +4,8 @@
 // The class holds no state: everything lives in the module state and in the one editor, which the
 // first method that needs it makes. Begin with c_Selection_Init, which every selection starts with
 // and which may be called again for the next one; before it, there is no relation, no OR line and
-// no connection (ObjectNotSet). The host must be installed (interface/module_state.h).
+// no connection: the dialog raises ObjectNotSet, and OK_Click commits an empty list. The host must
+// be installed (interface/module_state.h).
 //
 // Everything happens within the call, on the host's user-interface thread; the editor is modal.
 // Errors of the database and of the suite's services reach the host as errors of the method.
@@ -31,7 +32,7 @@ class SelectionFacade {
 
   // Shows the editor until the user closes it. The two texts come back as the last commit left
   // them: the FROM/WHERE text to append to a SELECT, and its readable form. ReadOnly: the user may
-  // look but change nothing.
+  // look but commit nothing; lines can still be moved.
   void c_form_Selection(const KesVar& KesVar, std::string& strSelektion_Fr_Wh_dll,
                         std::string& strSelektionFormula_dll, bool ReadOnly);
 
@@ -56,7 +57,9 @@ class SelectionFacade {
   void FillListCriteria(const KesVar& KesVar, std::string_view strSubset_dll,
                         std::string_view Parameter);
 
-  // Whether the user confirmed the last run.
+  // Whether the last run of the dialog, or an OK_Click since, was committed. Starting a selection
+  // and an OK_Click that is refused leave the answer as it was: without a window, compare the
+  // texts.
   bool WasOKClick();
 };
 

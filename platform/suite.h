@@ -136,7 +136,8 @@ class DateFormatter {
 };
 
 // Makes the services. The library makes one when an operation needs it and releases it before the
-// operation returns, except for LocTexts, which is made on first use and kept.
+// operation returns, except for LocTexts and the editor's ModelSettings, which are made on first
+// use and kept.
 class Suite {
  public:
   virtual ~Suite() = default;
