@@ -84,6 +84,8 @@ void CheckBoxBinding::show() {
   if (widget_.text() == text) return;
   widget_.setText(text);
   widget_.setShortcut({});  // the window has the mnemonic
+  widget_.setAccessibleName(QString(caption_).remove('&') +
+                            (caption.isEmpty() ? QString() : ": " + to_qt(box_.caption())));
 }
 
 TextBinding::TextBinding(TextBox& box, QLineEdit& widget, EventBoundary& boundary)
@@ -205,13 +207,17 @@ void ValueBinding::typed(const QString& text) {
 }
 
 void ValueBinding::confirm() {
-  if (!is_typed_) return;
-  is_typed_ = false;
+  if (!is_typed_ || is_confirming_) return;
+  is_confirming_ = true;
+  // A value that could not be confirmed stays typed: the line being composed still holds the value
+  // before it, which no button may take for this one.
   act([this] {
     bool cancel = false;
     if (combo_.on_validate) combo_.on_validate(cancel);
+    is_typed_ = false;
     if (cancel) combo_.take_focus();
   });
+  is_confirming_ = false;
 }
 
 void ValueBinding::show() {

@@ -132,6 +132,7 @@ class ValueBinding final : public ComboBinding {
 
   ValueEdit& edit_;
   bool is_typed_ = false;
+  bool is_confirming_ = false;
 };
 
 }  // namespace kestrova::qt

@@ -116,7 +116,7 @@ SelectionWidgets::SelectionWidgets(QWidget& window, SelectionDialog& dialog,
     name(*widget, control->name());
   }
   value_edit.setAccessibleName(value.accessibleName());
-  // Read-only, and seen to be: reached by mnemonic or mouse, to be read and copied.
+  // Read-only, and seen to be: reached by mnemonic, key or mouse, to be read and copied.
   for (QWidget* const shown : std::initializer_list<QWidget*>{&formula, &standard}) {
     QPalette palette = shown->palette();
     palette.setBrush(QPalette::Base, palette.brush(QPalette::Window));
@@ -127,7 +127,6 @@ SelectionWidgets::SelectionWidgets(QWidget& window, SelectionDialog& dialog,
   formula.setFocusPolicy(Qt::ClickFocus);
   formula.setFixedHeight(3 * formula.fontMetrics().lineSpacing());
   standard.setReadOnly(true);
-  standard.setFocusPolicy(Qt::ClickFocus);
   models.enter_double_clicks = true;
   make_buttons();
   make_check_boxes();
@@ -280,6 +279,7 @@ void SelectionWidgets::set_tab_order() {
   order.push_back(&criteria);
   add_until(dialog_.btnNew);
   order.push_back(&models);
+  order.push_back(&standard);
   for (const CheckBoxPair& pair : check_boxes) order.push_back(&pair.widget);
   add_until(dialog_.btnCancel);
   for (std::size_t i = 1; i < order.size(); ++i) QWidget::setTabOrder(order[i - 1], order[i]);

@@ -192,10 +192,11 @@ void SelectionWindow::Content::run_confirmed(const std::function<void()>& action
 }
 
 void SelectionWindow::Content::press(Button& button) {
-  value_->confirm();
-  if (pending_error_) return;
   const bool is_ok = &button == &dialog_.btnOk;
-  if (is_ok || &button == &dialog_.btnCancel) ok_error_ = nullptr;
+  const bool is_cancel = &button == &dialog_.btnCancel;
+  if (!is_cancel) value_->confirm();
+  if (pending_error_) return;
+  if (is_ok || is_cancel) ok_error_ = nullptr;
   run([&button] { button.click(); });
   if (is_ok) ok_error_ = pending_error_;
 }

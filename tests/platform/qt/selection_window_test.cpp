@@ -107,8 +107,8 @@ TEST_F(Window, TabGoesThroughTheControlsInTheOrderOfTheirUse) {
   EXPECT_THAT(
       order, ElementsAre("cboField", "cboOperator", "cboValue", "btnPlus", "btnMinus", "btnInsert",
                          "btnReplace", "btnDelete", "btnOr", "ListCriteria", "btnFirst", "btnPrev",
-                         "btnNext", "btnLast", "cmdUp", "cmdDown", "btnNew", "Model", "chkStandard",
-                         "Check1", "chkAL", "btnSaveModelle", "btnSaveModelleAs",
+                         "btnNext", "btnLast", "cmdUp", "cmdDown", "btnNew", "Model", "txtStandard",
+                         "chkStandard", "Check1", "chkAL", "btnSaveModelle", "btnSaveModelleAs",
                          "btnDeleteModelle", "btnOk", "btnCancel"));
 }
 
@@ -508,8 +508,29 @@ TEST_F(Window, ABrokenValueStopsTheButtonBehindIt) {
   user_->type("abc");
   user_->key(Qt::Key_E, Qt::AltModifier);
   EXPECT_THAT(clicked_, IsEmpty());
+  // The value is still not confirmed: the line being composed holds the one before it.
+  messages_.expect_message(error_message("'abc' is no date."));
+  user_->click(dialog_.btnOr);
+  EXPECT_THAT(clicked_, IsEmpty());
+  dialog_.cboValue.on_validate = [](bool&) {};
   user_->click(dialog_.btnOr);
   EXPECT_THAT(clicked_, ElementsAre("btnOr"));
+}
+
+TEST_F(Window, CancelAsksNothingOfATypedValue) {
+  watch_buttons();
+  dialog_.cboValue.on_validate = [](bool&) { throw TypeMismatch("'abc' is no date."); };
+  user_->focus(dialog_.cboValue);
+  user_->type("abc");
+  user_->key(Qt::Key_Escape);
+  EXPECT_THAT(clicked_, ElementsAre("btnCancel"));
+}
+
+TEST_F(Window, TheLevelOfTheBoxIsSpoken) {
+  dialog_.chkAL.set_caption("Revier Nord");
+  settle();
+  EXPECT_EQ(user_->widget(dialog_.chkAL).accessibleName().toStdString(),
+            "Zugriffsebene: Revier Nord");
 }
 
 TEST_F(Window, AnOkThatFailedReachesTheHostWhenTheWindowIsClosed) {
