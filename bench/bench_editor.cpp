@@ -19,6 +19,7 @@
 #include "bench/fixed_suite.h"
 #include "editor/f_selection.h"
 #include "examples/forest/forest_generator.h"
+#include "interface/c_selection_init.h"
 #include "interface/module_state.h"
 #include "platform/sqlite/sqlite_connection.h"
 #include "platform/standalone/settings_user_locale.h"
@@ -94,17 +95,19 @@ class Bench {
     install_host({.suite = std::move(suite),
                   .user_interface = std::make_shared<SilentUser>(),
                   .user_locale = std::make_shared<SettingsUserLocale>("DE", "DMY"),
-                  .make_selection_form = [this] { return editor_; }});
+                  .make_selection_form = make_selection_form});
     KesVar context;
     context.dbado = std::move(connection);
     context.strLanguage = "DE";
     context.strOderLine = "=== ODER ===";
     context.strDateOrder = "DMY";
     context.strAccessLevelList = "SELECT ID FROM ACCESS_LEVELS";
-    editor_->InitForm(context, relation);
+    std::string from_where;
+    std::string formula;
+    SelectionFacade().c_Selection_Init(context, relation, "", from_where, formula);
   }
 
-  F_Selection& editor() { return *editor_; }
+  F_Selection& editor() { return selection_editor(); }
 
   // Puts the list together as a stored selection does, without the pickers.
   void fill(int lines) {
@@ -116,9 +119,6 @@ class Bench {
       list.set_item_data(list.new_index(), field);
     }
   }
-
- private:
-  std::shared_ptr<F_Selection> editor_ = std::make_shared<F_Selection>();
 };
 
 // --- Committing
