@@ -10,6 +10,22 @@
 
 namespace kestrova {
 
+// Why Insert or Replace did not take the line, although field, operator and value were given. A
+// line that cannot be kept or executed as it reads must not get into the list.
+enum class LineRefusal {
+  kNone,
+  kSemicolon,   // a ";" ends a record of the criteria string, so that no value can hold one
+  kApostrophe,  // an apostrophe inside the value is not doubled
+  kNotClosed,   // a quote, bracket or parenthesis without its partner, a comment, or a character
+               // that cannot be printed
+  kListCut,  // an IN list that would be read back cut: it takes several lines with OR
+};
+
+struct RefusedLine {
+  LineRefusal why = LineRefusal::kNone;
+  std::string offered;  // the text for the value box that would be taken; "" when there is none
+};
+
 class SelectionDialog : public ModalDialog {
  public:
   // The criteria: display name, operator and value as text, the field's identifier as item data. An
@@ -40,6 +56,9 @@ class SelectionDialog : public ModalDialog {
 
   // The text of the OR line, by which a line is known as one also after it has been dragged.
   virtual const std::string& or_line() const = 0;
+
+  // What the last Insert or Replace refused; a view reads it after each of them and says why.
+  virtual RefusedLine refused_line() const { return {}; }
 
  protected:
   SelectionDialog() = default;
