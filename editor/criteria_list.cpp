@@ -139,15 +139,11 @@ std::optional<ListEntry> F_Selection::composed_line() {
   if (const std::string_view list = own_list(line); cboOperator.text() == "IN" && !list.empty()) {
     line = cboField.text() + " " + kept_list(to_field_id(data), list);
   }
-  refused_ = {.why = refusal_of(line), .offered = {}};
-  if (refused_.why == LineRefusal::kNone) return ListEntry{line, data};
-  // Only where the value stands between apostrophes does doubling those inside make it the text
-  // that was typed.
-  const bool is_text = strValue == "'" + cboValue.text() + "'";
-  if (refused_.why == LineRefusal::kApostrophe && is_text) {
-    refused_.offered = with_doubled_apostrophes(cboValue.text());
-  }
-  return std::nullopt;
+  const bool has_field = line.starts_with(cboField.text());
+  refused_ = refused_value(std::string_view(line).substr(has_field ? cboField.text().size() : 0));
+  if (refused_.why == LineRefusal::kNone) refused_.why = refusal_of(line);
+  if (refused_.why != LineRefusal::kNone) return std::nullopt;
+  return ListEntry{line, data};
 }
 
 void F_Selection::btnInsert_Click() {
@@ -207,6 +203,8 @@ void F_Selection::btnPlus_Click() {
       !strNickName.empty() && strValue.find(strNickName) != std::string::npos;
   if (holds_nickname || cboValue.text().empty() || strValue.empty()) return;
   const std::string value = converted_element();
+  refused_ = refused_value(value);
+  if (refused_.why != LineRefusal::kNone) return;
   const std::size_t length = text::length(strValue);
   const std::string before(text::left(strValue, length == 2 ? 1 : length - 1));
   const std::string last(text::mid(strValue, length));

@@ -201,7 +201,8 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void ShowFormula();
   bool IsCriterionComplete();
   bool is_date_entry(std::string_view value) const;
-  // Why the line cannot be taken into the list.
+  // Why a value, and why a line whose value may stand, cannot be taken into the list.
+  RefusedLine refused_value(std::string_view value) const;
   LineRefusal refusal_of(const std::string& line) const;
   // The line being composed as the list takes it; nothing, and refused_ says why, when it cannot.
   std::optional<ListEntry> composed_line();
@@ -292,7 +293,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::string caption_ = kCaption;
   bool visible_ = false;
   const Control* focused_ = nullptr;
-  RefusedLine refused_;  // of the last Insert or Replace
+  RefusedLine refused_;  // of the last Insert, Replace or Plus
 };
 
 }  // namespace kestrova

@@ -111,7 +111,7 @@ struct Description {
 };
 
 constexpr std::array kDescriptions = {
-    Description{OpenText::kQuote, "a quote is not closed"},
+    Description{OpenText::kQuote, "its quote is not closed"},
     Description{OpenText::kBracket, "a bracket has no partner"},
     Description{OpenText::kParenthesis, "a parenthesis has no partner"},
     Description{OpenText::kComment, "it holds a comment"},

@@ -42,7 +42,7 @@ enum class OpenText {
 // any of these characters one look at each byte.
 std::optional<OpenText> find_open_text(std::string_view text);
 
-// The reason in words: "a quote is not closed".
+// The reason in words: "its quote is not closed".
 std::string_view description(OpenText reason);
 
 // Each of the following raises RefusedCriterion.

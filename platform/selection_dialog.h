@@ -58,7 +58,7 @@ class SelectionDialog : public ModalDialog {
   // The text of the OR line, by which a line is known as one also after it has been dragged.
   virtual const std::string& or_line() const = 0;
 
-  // What the last Insert or Replace refused; a view reads it after each of them and says why.
+  // What the last Insert, Replace or Plus refused; a view reads it after each of them and says why.
   virtual RefusedLine refused_line() const { return {}; }
 
  protected:
