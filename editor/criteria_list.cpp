@@ -113,14 +113,20 @@ void F_Selection::btnNew_Click() {
   Formula.set_text("");
 }
 
+// A value, or an operator with its value, in which SQL could end where it should not.
+RefusedLine F_Selection::refused_value(std::string_view value) const {
+  if (value.find(';') != std::string_view::npos) return {.why = LineRefusal::kSemicolon, .offered = {}};
+  if (!find_open_text(value)) return {};
+  const std::string typed = cboValue.text();
+  if (typed.find('\'') == std::string::npos) return {.why = LineRefusal::kNotClosed, .offered = {}};
+  // Only where the value stands between apostrophes does doubling those inside make it the text
+  // that was typed.
+  const bool is_text = value.ends_with("'" + typed + "'");
+  return {.why = LineRefusal::kApostrophe,
+          .offered = is_text ? with_doubled_apostrophes(typed) : std::string()};
+}
+
 LineRefusal F_Selection::refusal_of(const std::string& line) const {
-  const std::string_view comparison =
-      std::string_view(line).substr(line.starts_with(cboField.text()) ? cboField.text().size() : 0);
-  if (comparison.find(';') != std::string_view::npos) return LineRefusal::kSemicolon;
-  if (find_open_text(comparison)) {
-    const bool has_apostrophe = cboValue.text().find('\'') != std::string::npos;
-    return has_apostrophe ? LineRefusal::kApostrophe : LineRefusal::kNotClosed;
-  }
   // The line is read from its text: its field must be the one that was chosen.
   if (split_record(line).field != text::trim(cboField.text())) return LineRefusal::kOperatorInside;
   if (cboOperator.text() != "IN") return LineRefusal::kNone;
