@@ -106,6 +106,8 @@ void F_Selection::select_new_line(int index) {
 }
 
 void F_Selection::btnNew_Click() {
+  if (is_read_only_run()) return;
+  contract_unread_ = false;
   ListCriteria.clear();
   cboValue.clear();
   if (cboField.count() == 0) return;
@@ -115,7 +117,8 @@ void F_Selection::btnNew_Click() {
 
 // A value, or an operator with its value, in which SQL could end where it should not.
 RefusedLine F_Selection::refused_value(std::string_view value) const {
-  if (value.find(';') != std::string_view::npos) return {.why = LineRefusal::kSemicolon, .offered = {}};
+  if (value.find(';') != std::string_view::npos)
+    return {.why = LineRefusal::kSemicolon, .offered = {}};
   if (!find_open_text(value)) return {};
   const std::string typed = cboValue.text();
   if (typed.find('\'') == std::string::npos) return {.why = LineRefusal::kNotClosed, .offered = {}};
@@ -154,6 +157,7 @@ std::optional<ListEntry> F_Selection::composed_line() {
 
 void F_Selection::btnInsert_Click() {
   refused_ = {};
+  if (is_read_only_run()) return;
   if (!IsCriterionComplete()) return;
   if (cboOperator.text() == "IN" && text::length(strValue) == 2) return;
   const std::optional<ListEntry> line = composed_line();
@@ -167,6 +171,7 @@ void F_Selection::btnInsert_Click() {
 
 void F_Selection::btnReplace_Click() {
   refused_ = {};
+  if (is_read_only_run()) return;
   const int index = ListCriteria.index();
   if (!IsCriterionComplete() || index < 0) return;
   const std::optional<ListEntry> line = composed_line();
@@ -177,7 +182,7 @@ void F_Selection::btnReplace_Click() {
 
 void F_Selection::btnDelete_Click() {
   const int index = ListCriteria.index();
-  if (index < 0) return;
+  if (is_read_only_run() || index < 0) return;
   ListCriteria.remove(index);
   ListCriteria.set_index(-1);
   if (index > 0) {
@@ -188,6 +193,7 @@ void F_Selection::btnDelete_Click() {
 }
 
 void F_Selection::btnOr_Click() {
+  if (is_read_only_run()) return;
   const int index = ListCriteria.index();
   const auto is_or_at = [this](int i) { return is_or_line(ListCriteria.entry_text(i)); };
   const bool is_on_or_line = index >= 0 && is_or_at(index);
@@ -203,11 +209,16 @@ void F_Selection::AddOrLine() {
   select_new_line(index);
 }
 
+// The values of other operators are no lists, whatever state the two buttons are in.
+bool F_Selection::may_change_list_of_in() const {
+  return !is_read_only_run() && cboOperator.text() == "IN" && !cboValue.text().empty();
+}
+
 void F_Selection::btnPlus_Click() {
   // It is the nickname that must not stand in the list, not the value.
   const bool holds_nickname =
       !strNickName.empty() && strValue.find(strNickName) != std::string::npos;
-  if (holds_nickname || cboValue.text().empty() || strValue.empty()) return;
+  if (!may_change_list_of_in() || holds_nickname || strValue.empty()) return;
   const std::string value = converted_element();
   refused_ = refused_value(value);
   if (refused_.why != LineRefusal::kNone) return;
@@ -219,7 +230,7 @@ void F_Selection::btnPlus_Click() {
 }
 
 void F_Selection::btnMinus_Click() {
-  if (cboValue.text().empty()) return;
+  if (!may_change_list_of_in()) return;
   const std::string value = converted_element();
   for (const std::string& piece : {", " + value, value + ", ", value}) {
     const std::size_t at = strValue.find(piece);
@@ -259,7 +270,7 @@ void F_Selection::cmdDown_Click() {
 // To the place of its neighbour, which takes its place: no other line moves, however long the list.
 // A full list stays as it is, because a move counts as inserting the line before it is removed.
 void F_Selection::move_selected_line(int target) {
-  if (ListCriteria.entries().size() >= kMostLines) return;
+  if (is_read_only_run() || ListCriteria.entries().size() >= kMostLines) return;
   const auto put = [this](const ListEntry& line, int index) {
     ListCriteria.set_entry_text(index, line.text);
     ListCriteria.set_item_data(index, line.item_data);
@@ -281,12 +292,12 @@ void F_Selection::ListCriteria_Click() { SetListButtons(); }
 void F_Selection::ListCriteria_DblClick() { SetListButtons(); }
 
 void F_Selection::ListCriteria_MouseMove(int Button) {
-  if (Button == 1) ListCriteria.is_dragging = true;
+  if (Button == 1 && !is_read_only_run()) ListCriteria.is_dragging = true;
 }
 
 void F_Selection::ListCriteria_DragDrop(const Control& source, double /*x*/, double y) {
   ListCriteria.is_dragging = false;
-  if (source.name() != "ListCriteria" || ListCriteria.count() == 0) return;
+  if (is_read_only_run() || source.name() != "ListCriteria" || ListCriteria.count() == 0) return;
   const auto row_height = std::max(1L, std::lrint(ListCriteria.row_height));
   const long dropped = ListCriteria.top_index + std::lrint(y) / row_height;
   const int index = ListCriteria.index();
@@ -306,8 +317,9 @@ void F_Selection::ListCriteria_DragDrop(const Control& source, double /*x*/, dou
 void F_Selection::SetListButtons() {
   const int index = ListCriteria.index();
   const int count = ListCriteria.count();
-  cmdUp.set_enabled(index >= 1);
-  cmdDown.set_enabled(index >= 0 && index < count - 1);
+  const bool may_move = !is_read_only_run();
+  cmdUp.set_enabled(may_move && index >= 1);
+  cmdDown.set_enabled(may_move && index >= 0 && index < count - 1);
   if (index == -1 && count >= 1) ListCriteria.set_index(0);
 
   cboField.set_index(-1);
