@@ -17,8 +17,8 @@ enum class LineRefusal {
   kSemicolon,   // a ";" ends a record of the criteria string, so that no value can hold one
   kApostrophe,  // an apostrophe inside the value is not doubled
   kNotClosed,   // a quote, bracket or parenthesis without its partner, a comment, or a character
-               // that cannot be printed
-  kListCut,  // an IN list that would be read back cut: it takes several lines with OR
+                // that cannot be printed
+  kListCut,     // an IN list that would be read back cut: it takes several lines with OR
 };
 
 struct RefusedLine {
