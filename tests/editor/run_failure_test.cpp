@@ -157,8 +157,7 @@ struct CatalogueSweep : RunHost {
   CatalogueSweep() {
     const ModuleState state = module_state();
     user = std::make_shared<ClosingUser>(log);
-    install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                  [this] { return editor; }});
+    install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman)});
     module_state() = state;
     offer("LOG", {{"Holzart", 5}, {"Datum", 6}});
     offer("VERLOHN", {{"Holzart", 5}, {"Datum", 6}});
