@@ -48,8 +48,7 @@ void check_translation(std::string_view criteria, std::string_view relation) {
   install_host(
       {.suite = suite,
        .user_interface = nullptr,
-       .user_locale = std::make_shared<test::FakeLocale>(test::FakeLocale::Language::kGerman),
-       .make_selection_form = nullptr});
+       .user_locale = std::make_shared<test::FakeLocale>(test::FakeLocale::Language::kGerman)});
   KesVar context;
   context.strOderLine = kOrLine;
   context.strDateOrder = "DMY";
