@@ -1,11 +1,9 @@
 // Expressions and conditions: names, types and the conversions between operands.
 #include <algorithm>
 #include <array>
-#include <set>
 
 #include "platform/error.h"
 #include "platform/sqlite/sql_convert.h"
-#include "platform/sqlite/sql_like.h"
 #include "platform/sqlite/sql_scope_guard.h"
 #include "platform/sqlite/sql_translator.h"
 #include "platform/text.h"
@@ -553,17 +551,12 @@ std::string Translator::in(const Expr& expr) {
   const Fragment operand = comparand(*expr.parts[0]);
   std::string members;
   std::vector<std::string> comparisons;
-  const auto before = [](const std::string& a, const std::string& b) {
-    return compare_texts(a, b) < 0;
-  };
-  std::set<std::string, decltype(before)> texts(before);
   bool converted = false;
   for (std::size_t i = 1; i < expr.parts.size(); ++i) {
     Fragment left = operand;
     Fragment right = comparand(*expr.parts[i]);
     bring_together(left, right, expr.parts[i]->offset);
     converted = converted || left.sql != operand.sql;
-    if (right.text_literal && !texts.insert(*right.text_literal).second) continue;
     members += (i > 1 ? ", " : "") + right.sql;
     comparisons.push_back("(" + collated(left) + " = " + right.sql + ")");
   }
