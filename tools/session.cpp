@@ -60,7 +60,10 @@ std::string_view scheme_of(std::string_view database) {
   throw DatabaseError(why + ": " + error.what(), error.sqlstate(), error.native_code());
 }
 
+// A database that is locked, or that must recover before it can be read, may well be the suite's.
 [[noreturn]] void refuse_database(const std::string& name, const DatabaseError& error) {
+  const bool cannot_be_read_now = error.sqlstate() == "40001" || error.sqlstate() == "25006";
+  if (cannot_be_read_now) refuse("'" + name + "' cannot be read now", error);
   refuse("'" + name + "' is no database of the suite, check --db", error);
 }
 
