@@ -493,6 +493,26 @@ TEST(StartModel, WhoseFieldTheDatabaseRefusesIsToldToo) {
   host.expect_started_without_a_model();
 }
 
+// Then list and caption have been filled already.
+TEST(StartModel, WhoseFirstLineCannotBeShownIsToldToo) {
+  RunHost host;
+  host.answer_fields("SONST", sonst_fields());
+  host.answer_values(plain_query("MENGE"), {2});
+  host.connection->answer("SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 12",
+                          {{"ID_STRING", FieldType::kInteger}}, {{112}});
+  host.suite->answers().texts[112] = "Menge";
+  host.suite->answers().format = [](std::string_view) -> std::string {
+    throw InvalidArgument("no number");
+  };
+  host.answer_models("SONST", {{7, "Alt"}});
+  host.answer_criteria(7, "12 = 2;");
+  host.user->expect_message({unreadable("Alt", "no number"), kExclamationIcon, "Kestrova", "", 0});
+  host.start("SONST");
+  EXPECT_THAT(host.lines(), IsEmpty());
+  EXPECT_EQ(host.editor->caption(), "Selektion");
+  EXPECT_EQ(host.editor->Model.index(), -1);
+}
+
 TEST(StartModel, ThatAnotherUserHasDeletedIsToldToo) {
   BadStart host("");
   host.connection->answer("SELECT MODEL FROM MODELS WHERE ID = 9", {{"MODEL"}});
