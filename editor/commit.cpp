@@ -1,6 +1,7 @@
 // Committing the list: FROM/WHERE text and formula.
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
+#include "engine/criteria_guard.h"
 #include "engine/criterion.h"
 #include "engine/from_where_builder.h"
 #include "interface/module_state.h"
@@ -14,8 +15,6 @@ namespace {
 
 constexpr std::int32_t kLastIsOrText = 193;
 constexpr std::int32_t kFirstIsOrText = 194;
-
-constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = false};
 
 // A field of SELEKTION by its identifier: its expression and its tables.
 struct CatalogueField {
@@ -54,7 +53,7 @@ class Commit {
     // blanks stand around "=".
     if (editor_relation == "4ARB" && relation_.code != "4ARB") {
       text_.where += "ARBEITSAUFTRAG_KOPF.PERSONAL_ID = ";
-      text_.where += text::mid(relation_.code, 5);
+      text_.where += personnel_number(relation_.code);
       text_.where += " AND ";
     }
   }
@@ -63,8 +62,12 @@ class Commit {
     const std::string label = field_part(line);
     const std::string op = operator_part(context_, relation_, line, kDisplayLine);
     const std::string value = value_part(context_, relation_, line, kDisplayLine);
-    const std::string expression = add_field(Comm_Sel().get_FieldID(label));
-    text_.add_criterion(expression, expression, op, value);
+    const std::int16_t id = Comm_Sel().get_FieldID(label);
+    require_own_list(context_, relation_, id, line, line);
+    // What is committed must be kept as it is, too.
+    require_own_list(context_, relation_, id, record_of(id, op, value), line);
+    const std::string expression = add_field(id);
+    text_.add_criterion(expression, expression, op, value, line);
   }
 
   void add_or() { text_.add_or(); }
@@ -113,9 +116,16 @@ bool F_Selection::is_refused_by_or_line(std::int32_t flags) {
 
 void F_Selection::btnOk_Click() {
   if (is_refused_by_or_line(kExclamationIcon)) return;
+  const std::string confirmed_before = module_state().blnOK;
   module_state().blnOK = user_locale().boolean_text(true);
   const BusyPointer busy(user_interface());
-  commit();
+  try {
+    commit();
+  } catch (const RefusedCriterion&) {
+    // A refused list has not been confirmed; any other failure leaves the confirmation.
+    module_state().blnOK = confirmed_before;
+    throw;
+  }
   visible_ = false;
   module_state().strSelektionFormula = formula_text();
 }

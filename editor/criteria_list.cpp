@@ -5,6 +5,8 @@
 
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
+#include "engine/criteria_guard.h"
+#include "engine/criterion.h"
 #include "engine/queries.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
@@ -59,6 +61,11 @@ LineParts split_line(std::string_view line) {
   return parts;
 }
 
+// A text as it stands between apostrophes; those that are doubled already stay so.
+std::string with_doubled_apostrophes(std::string_view text) {
+  return text::replace_all(text::replace_all(text, "''", "'"), "'", "''");
+}
+
 }  // namespace
 
 void F_Selection::ShowFormula() {
@@ -106,21 +113,60 @@ void F_Selection::btnNew_Click() {
   Formula.set_text("");
 }
 
+LineRefusal F_Selection::refusal_of(const std::string& line) const {
+  const std::string_view comparison =
+      std::string_view(line).substr(line.starts_with(cboField.text()) ? cboField.text().size() : 0);
+  if (comparison.find(';') != std::string_view::npos) return LineRefusal::kSemicolon;
+  if (find_open_text(comparison)) {
+    const bool has_apostrophe = cboValue.text().find('\'') != std::string::npos;
+    return has_apostrophe ? LineRefusal::kApostrophe : LineRefusal::kNotClosed;
+  }
+  // The line is read from its text: its field must be the one that was chosen.
+  if (split_record(line).field != text::trim(cboField.text())) return LineRefusal::kOperatorInside;
+  if (cboOperator.text() != "IN") return LineRefusal::kNone;
+  const Relation relation(lookup_relation());
+  const std::int16_t id = selected_field_id(cboField);
+  const std::string stored = record_of(id, operator_part(context_, relation, line, kDisplayLine),
+                                       value_part(context_, relation, line, kDisplayLine));
+  const bool is_kept =
+      keeps_list(context_, relation, id, line) && keeps_list(context_, relation, id, stored);
+  return is_kept ? LineRefusal::kNone : LineRefusal::kListCut;
+}
+
+std::optional<ListEntry> F_Selection::composed_line() {
+  std::string line = Formula.text();
+  const std::int32_t data = cboField.item_data(cboField.index());
+  if (const std::string_view list = own_list(line); cboOperator.text() == "IN" && !list.empty()) {
+    line = cboField.text() + " " + kept_list(to_field_id(data), list);
+  }
+  const bool has_field = line.starts_with(cboField.text());
+  refused_ = refused_value(std::string_view(line).substr(has_field ? cboField.text().size() : 0));
+  if (refused_.why == LineRefusal::kNone) refused_.why = refusal_of(line);
+  if (refused_.why != LineRefusal::kNone) return std::nullopt;
+  return ListEntry{line, data};
+}
+
 void F_Selection::btnInsert_Click() {
+  refused_ = {};
   if (!IsCriterionComplete()) return;
   if (cboOperator.text() == "IN" && text::length(strValue) == 2) return;
+  const std::optional<ListEntry> line = composed_line();
+  if (!line) return;
   const int index = ListCriteria.index() + 1;
-  insert_line({Formula.text(), cboField.item_data(cboField.index())}, index);
+  insert_line(*line, index);
   select_new_line(index);
   SetListButtons();
   SetControlFocus(cboField);
 }
 
 void F_Selection::btnReplace_Click() {
+  refused_ = {};
   const int index = ListCriteria.index();
   if (!IsCriterionComplete() || index < 0) return;
-  ListCriteria.set_entry_text(index, Formula.text());
-  ListCriteria.set_item_data(index, cboField.item_data(cboField.index()));
+  const std::optional<ListEntry> line = composed_line();
+  if (!line) return;
+  ListCriteria.set_entry_text(index, line->text);
+  ListCriteria.set_item_data(index, line->item_data);
 }
 
 void F_Selection::btnDelete_Click() {
@@ -157,6 +203,8 @@ void F_Selection::btnPlus_Click() {
       !strNickName.empty() && strValue.find(strNickName) != std::string::npos;
   if (holds_nickname || cboValue.text().empty() || strValue.empty()) return;
   const std::string value = converted_element();
+  refused_ = refused_value(value);
+  if (refused_.why != LineRefusal::kNone) return;
   const std::size_t length = text::length(strValue);
   const std::string before(text::left(strValue, length == 2 ? 1 : length - 1));
   const std::string last(text::mid(strValue, length));

@@ -147,7 +147,8 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   // --- Criteria string
   // -----------------------------------------------------------------------------------
 
-  // The list as a criteria string, one record per line; "" for an empty list.
+  // The list as a criteria string, one record per line; "" for an empty list. Raises
+  // InvalidArgument for a line that would not be read back: a ";" in it, or an IN list that is cut.
   std::string GetWriteString(const KesVar& context) const;
   // Fills the list with the lines of a criteria string, read for a relation. A last record without
   // ";" counts too. Nothing is selected afterwards.
@@ -168,6 +169,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   bool is_visible() const override { return visible_; }
   void close_requested() override;
   const std::string& or_line() const override;
+  RefusedLine refused_line() const override { return refused_; }
 
   // The relation code that the editor works with.
   const std::string& relation() const { return strRelation; }
@@ -199,6 +201,11 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void ShowFormula();
   bool IsCriterionComplete();
   bool is_date_entry(std::string_view value) const;
+  // Why a value, and why a line whose value may stand, cannot be taken into the list.
+  RefusedLine refused_value(std::string_view value) const;
+  LineRefusal refusal_of(const std::string& line) const;
+  // The line being composed as the list takes it; nothing, and refused_ says why, when it cannot.
+  std::optional<ListEntry> composed_line();
   void AddOrLine();
   static constexpr std::int32_t kOrLineData = -2;
   static constexpr std::size_t kMostLines = std::numeric_limits<std::int16_t>::max();
@@ -252,6 +259,10 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void show_lines(const std::vector<ListEntry>& lines);
   std::string stored_record(const KesVar& context, const Relation& relation,
                             std::string_view line) const;
+  // The list as a criteria string. kReadable: it will be read back as it is; kExecutable: nor can
+  // what it holds leave its place in a statement, which is asked of all that the library stores.
+  enum Check { kReadable, kExecutable };
+  std::string criteria_string(const KesVar& context, Check check) const;
 
   // Models
   bool is_model_selected() const { return Model.index() != -1; }
@@ -282,6 +293,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::string caption_ = kCaption;
   bool visible_ = false;
   const Control* focused_ = nullptr;
+  RefusedLine refused_;  // of the last Insert, Replace or Plus
 };
 
 }  // namespace kestrova

@@ -1,8 +1,10 @@
 // Loading a stored selection into the list, and storing the list.
+#include <optional>
 #include <vector>
 
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
+#include "engine/criteria_guard.h"
 #include "engine/criterion.h"
 #include "engine/field_types.h"
 #include "engine/queries.h"
@@ -12,10 +14,6 @@
 
 namespace kestrova {
 namespace {
-
-constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
-constexpr RecordForm kShown{.from_database = true, .to_user_format = true};
-constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = false};
 
 // A relative date as its bare offset, so that it is stored again as the date that it was.
 std::string bare_offset(const std::string& value) {
@@ -27,21 +25,30 @@ std::string bare_offset(const std::string& value) {
   return user_locale().is_numeric(without_blanks) ? without_blanks : offset;
 }
 
-// The stored value of a flag as the text from which the same flag is stored again: a bare 1 would
-// be read as false.
-std::string shown_flag(const KesVar& context, SpecialField kind, std::int16_t type,
-                       const std::string& value) {
-  if (kind == SpecialField::kBarkUnit) return value == "1" ? "cm" : value;
-  const bool is_boolean = type == static_cast<std::int16_t>(FieldType::kBoolean);
-  if (!is_boolean || kind == SpecialField::kMoneyUnit) return value;
-  for (const bool truth : {true, false}) {
-    const std::string stored =
-        kind == SpecialField::kWord
-            ? "'" + loc_texts().GetText(truth ? kTextTrue : kTextFalse, context) + "'"
-            : std::string(truth ? "1" : "0");
-    if (value == stored) return user_locale().boolean_text(truth);
+// What a stored value of a boolean column says, also by the words that the column holds itself.
+std::optional<bool> flag_of(const KesVar& context, SpecialField kind, const std::string& value) {
+  if (kind == SpecialField::kWord) {
+    for (const bool truth : {true, false}) {
+      if (value == "'" + loc_texts().GetText(truth ? kTextTrue : kTextFalse, context) + "'") {
+        return truth;
+      }
+    }
   }
-  return value;
+  return stored_flag(value);
+}
+
+// The stored value of a flag as the text from which the same flag is stored again: a bare 1 would
+// be read as false. A value that is no flag would be stored as false, and the filter would select
+// something else: it is refused.
+std::string shown_flag(const KesVar& context, SpecialField kind, std::int16_t type,
+                       const std::string& value, std::string_view record) {
+  const bool is_boolean = type == static_cast<std::int16_t>(FieldType::kBoolean);
+  if (!is_boolean && kind == SpecialField::kBarkUnit) return value == "1" ? "cm" : value;
+  if (!is_boolean || kind == SpecialField::kMoneyUnit || is_null_word(value)) return value;
+  const std::optional<bool> flag = flag_of(context, kind, value);
+  if (!flag) throw RefusedCriterion(record, "its field is true or false, and its value is neither");
+  if (kind == SpecialField::kBarkUnit) return *flag ? "cm" : "0";
+  return user_locale().boolean_text(*flag);
 }
 
 }  // namespace
@@ -128,8 +135,13 @@ ListEntry F_Selection::display_line(const KesVar& context, const std::string& re
     if (!value.empty()) value = ToDateLiteral(value, context.strDateOrder);
     if (source == kAnyField) value = bare_offset(value);
   }
-  value = shown_flag(context, special_field(text::trim(name)), type, value);
+  // A list that is read back cut is shown whole, in the order in which it can be kept if there is
+  // one.
+  if (!is_own_list(record)) return {name + " " + kept_list(id, own_list(record)) + " ", id};
   const std::string op = operator_part(context, kind, record, kShown);
+  if (!op.starts_with("IN")) {
+    value = shown_flag(context, special_field(text::trim(name)), type, value, record);
+  }
   return {name + " " + op + " " + value, id};
 }
 
@@ -151,27 +163,36 @@ std::string F_Selection::stored_record(const KesVar& context, const Relation& re
                                        std::string_view line) const {
   // The value part of a display line is in its stored form already. A date must not be converted
   // once more: the fixed form would be read in the user's order.
-  return std::to_string(Comm_Sel().get_FieldID(field_part(line))) + " " +
-         operator_part(context, relation, line, kDisplayLine) + " " +
-         value_part(context, relation, line, kDisplayLine);
+  const std::int16_t id = Comm_Sel().get_FieldID(field_part(line));
+  const std::string record = record_of(id, operator_part(context, relation, line, kDisplayLine),
+                                       value_part(context, relation, line, kDisplayLine));
+  require_one_record(record, line);
+  require_own_list(context, relation, id, line, line);
+  require_own_list(context, relation, id, record, line);
+  return record;
 }
 
-std::string F_Selection::GetWriteString(const KesVar& context) const {
+std::string F_Selection::criteria_string(const KesVar& context, Check check) const {
   const Relation relation(lookup_relation());
   std::string criteria;
   for (const ListEntry& line : ListCriteria.entries()) {
     const bool is_or = line.text == context.strOderLine;
-    criteria += is_or ? line.text : stored_record(context, relation, line.text);
-    criteria += ";";
+    const std::string record = is_or ? line.text : stored_record(context, relation, line.text);
+    if (!is_or && check == kExecutable) require_closed(record, line.text);
+    criteria += record + ";";
   }
   return criteria;
+}
+
+std::string F_Selection::GetWriteString(const KesVar& context) const {
+  return criteria_string(context, kReadable);
 }
 
 void F_Selection::SaveSelectionToTable(std::string_view table, std::int32_t record) {
   const auto row = connection().open(
       "SELECT * FROM " + std::string(table) + " WHERE ID = " + std::to_string(record),
       CursorType::kKeyset, LockType::kOptimistic);
-  row->set_value("SELEKTION_VALUE", GetWriteString(context_));
+  row->set_value("SELEKTION_VALUE", criteria_string(context_, kExecutable));
   row->update();
 }
 

@@ -73,17 +73,6 @@ std::string editor_relation(std::string_view code) {
   return rule == kEditorRelations.end() ? upper_trimmed_code(code) : std::string(rule->relation);
 }
 
-// The number that a code carries behind its first five characters; 0 when it carries none.
-std::int32_t contract_number(std::string_view code) {
-  const std::string_view digits = text::trim(text::mid(code, 6));
-  const std::size_t end = std::min(digits.find_first_not_of("0123456789"), digits.size());
-  const auto number = text::to_integer(digits.substr(0, end)).value_or(0);
-  if (number > std::numeric_limits<std::int32_t>::max()) {
-    throw Overflow("The contract number in " + std::string(code) + " is too large.");
-  }
-  return static_cast<std::int32_t>(number);
-}
-
 }  // namespace
 
 std::optional<ContractSelection> contract_selection(std::string_view relation) {

@@ -93,11 +93,17 @@ std::string date_list(const KesVar& context, std::string_view op, const RecordFo
 
 std::string value_of_field(const KesVar& context, std::string_view field, std::string_view value,
                            std::int16_t type, const RecordForm& form) {
-  const bool is_shown_boolean =
-      !form.from_database && type == static_cast<std::int16_t>(FieldType::kBoolean);
-  switch (special_field(field)) {
+  const bool is_boolean = type == static_cast<std::int16_t>(FieldType::kBoolean);
+  const SpecialField kind = special_field(field);
+  // A flag that nobody has set is neither true nor false.
+  if (is_boolean && kind != SpecialField::kMoneyUnit && is_null_word(value)) {
+    return std::string(value);
+  }
+  const bool is_shown_boolean = !form.from_database && is_boolean;
+  switch (kind) {
     case SpecialField::kBarkUnit:
-      return value == "cm" ? "1" : "0";
+      // The value list offers the unit between apostrophes.
+      return value == "cm" || value == "'cm'" ? "1" : "0";
     case SpecialField::kMoneyUnit:
       return value == context.strNatWahrung ? "0" : std::string(value);
     case SpecialField::kWord:
@@ -144,6 +150,32 @@ RecordParts split_record(std::string_view record) {
 bool is_true_word(std::string_view word) {
   constexpr std::array<std::string_view, 3> kTrueWords = {"TRUE", "WAHR", "VRAI"};
   return std::find(kTrueWords.begin(), kTrueWords.end(), text::upper(word)) != kTrueWords.end();
+}
+
+std::optional<bool> stored_flag(std::string_view value) {
+  struct Row {
+    std::string_view text;
+    bool flag;
+  };
+  constexpr std::array<Row, 12> kRows = {{
+      {"TRUE", true},
+      {"WAHR", true},
+      {"VRAI", true},
+      {"1", true},
+      {"-1", true},
+      {"+1", true},
+      {"FALSE", false},
+      {"FALSCH", false},
+      {"FAUX", false},
+      {"0", false},
+      {"-0", false},
+      {"+0", false},
+  }};
+  const bool is_quoted = value.size() > 2 && value.starts_with('\'') && value.ends_with('\'');
+  const std::string text = text::upper(is_quoted ? value.substr(1, value.size() - 2) : value);
+  const auto row =
+      std::find_if(kRows.begin(), kRows.end(), [&text](const Row& r) { return r.text == text; });
+  return row == kRows.end() ? std::nullopt : std::optional(row->flag);
 }
 
 bool is_null_word(std::string_view value) {

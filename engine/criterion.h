@@ -1,6 +1,8 @@
 // One criterion of a filter: how its text falls into field, operator and value.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +26,11 @@ struct RecordForm {
   bool from_database = true;    // the field part is an identifier, not a display name
   bool to_user_format = false;  // dates of an IN list become literals of the fixed form
 };
+
+// A record of a criteria string as it stands, the same for people, and a line of the editor's list.
+inline constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
+inline constexpr RecordForm kShown{.from_database = true, .to_user_format = true};
+inline constexpr RecordForm kDisplayLine{.from_database = false, .to_user_format = false};
 
 // The parts as TransComp_NoLabels answers them, for a relation already classified. The last two
 // look the field's type up.
@@ -53,5 +60,9 @@ bool is_null_word(std::string_view value);
 
 // Whether a word stands for true, in any case: booleans kept as text must survive any user locale.
 bool is_true_word(std::string_view word);
+
+// What a stored value of a boolean field says, with or without apostrophes around it: a word for
+// true or false, or 1, -1, 0 with or without a sign. Nothing for any other text.
+std::optional<bool> stored_flag(std::string_view value);
 
 }  // namespace kestrova

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/criteria_guard.h"
 #include "engine/criterion.h"
 #include "platform/text.h"
 
@@ -37,7 +38,9 @@ void FromWhereBuilder::add_join(const FieldJoin& join, TableAccessService& servi
 }
 
 void FromWhereBuilder::add_criterion(std::string_view expression, std::string_view comparison,
-                                     std::string_view op, std::string_view value) {
+                                     std::string_view op, std::string_view value,
+                                     std::string_view line) {
+  const std::size_t begin = criteria.size();
   if (is_null_word(value)) {
     // No blank behind NOT, on purpose.
     if (op != "=") criteria += "NOT";
@@ -46,13 +49,14 @@ void FromWhereBuilder::add_criterion(std::string_view expression, std::string_vi
     criteria += " IS NULL OR RTRIM(LTRIM(";
     criteria += expression;
     criteria += ")) = '')";
-    return;
+  } else {
+    criteria += comparison;
+    criteria += ' ';
+    criteria += op;
+    criteria += ' ';
+    criteria += value;
   }
-  criteria += comparison;
-  criteria += ' ';
-  criteria += op;
-  criteria += ' ';
-  criteria += value;
+  require_closed(std::string_view(criteria).substr(begin), line);
 }
 
 std::string_view FromWhereBuilder::trimmed_from() const {

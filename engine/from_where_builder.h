@@ -32,9 +32,10 @@ struct FromWhereBuilder {
   void add_join(const FieldJoin& join, TableAccessService& service, std::string_view run_type);
 
   // Appends a criterion. The word NULL as value, in any case, asks for rows without a value and
-  // uses expression; any other value is compared with comparison as it stands.
+  // uses expression; any other value is compared with comparison as it stands. Raises
+  // InvalidArgument naming the line when its text could leave the parentheses of the criteria.
   void add_criterion(std::string_view expression, std::string_view comparison, std::string_view op,
-                     std::string_view value);
+                     std::string_view value, std::string_view line);
 
   void add_and() { criteria += " AND "; }
   void add_or() { criteria += " OR "; }

@@ -28,7 +28,6 @@ std::string stored_criteria(const KesVar& context, std::string_view name,
 // The readable line of one criterion, without line end.
 std::string readable_criterion(const KesVar& context, const Relation& relation,
                                std::string_view record) {
-  constexpr RecordForm kShown{.from_database = true, .to_user_format = true};
   const std::string field = field_part(record);
   const std::int16_t id = text::to_int16(field);  // only a number may become part of the query
   const std::string name =

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/comm_sel.h"
+#include "engine/criteria_guard.h"
 #include "engine/criterion.h"
 #include "engine/from_where_builder.h"
 #include "engine/queries.h"
@@ -17,15 +18,12 @@
 namespace kestrova {
 namespace {
 
-// Criteria of a stored string: identifiers as field parts, dates as they stand.
-constexpr RecordForm kStored{.from_database = true, .to_user_format = false};
-
 class Translator {
  public:
   Translator(const KesVar& context, std::string_view code, std::string_view variant)
-      : context_(context), relation_(code), variant_(variant), service_(suite().table_access()) {}
+      : context_(context), relation_(code), variant_(variant) {}
 
-  // False when the relation cannot be translated in this mode.
+  // False, and nothing has been asked, when the relation cannot be translated in this mode.
   bool begin(std::string_view mode, std::int32_t access_levels);
   void add_records(std::string_view criteria_string);
   std::string result() const;
@@ -33,44 +31,41 @@ class Translator {
 
  private:
   void add_criterion(std::string_view record);
-  void add_service_criterion(std::int16_t id, std::string_view op, std::string_view value);
-  void add_selektion_criterion(std::string_view op, std::string_view value);
+  void add_service_criterion(std::int16_t id, std::string_view op, std::string_view value,
+                             std::string_view record);
+  void add_selektion_criterion(std::string_view op, std::string_view value,
+                               std::string_view record);
   void open_selektion_rows();
   bool is_or_line(std::string_view record) const { return record == context_.strOderLine; }
   bool reads_selektion() const { return !relation_.restricted && !relation_.catalogue; }
   bool has_criteria() const { return !text::trim(text_.criteria).empty(); }
-  std::string where_text() const;
+  std::string_view where_text() const;
 
   const KesVar& context_;
   const Relation relation_;
   const std::string_view variant_;
-  const std::shared_ptr<TableAccessService> service_;
+  std::shared_ptr<TableAccessService> service_;
   FromWhereBuilder text_;
   std::vector<std::string_view> records_;
   std::unique_ptr<Recordset> selektion_;  // one row per criterion, in the order of the records
 };
 
 bool Translator::begin(std::string_view mode, std::int32_t access_levels) {
+  if (!relation_.catalogue && mode != "WAREN" && mode != "4ARB") return false;
+  service_ = suite().table_access();
   if (relation_.catalogue) {
     std::string condition;
     GetRelationFromWhere(relation_.code, condition, text_.from, context_, access_levels);
     text_.begin_where(condition);
-    return true;
-  }
-  if (mode == "WAREN") {
+  } else if (mode == "WAREN") {
     text_.from = service_->AddFieldTables("WAREN", 0, "", variant_, context_);
-    return true;
+  } else if (relation_.code != "4ARB") {
+    // The code carries a personnel number behind its first four characters.
+    text_.where += "ARBEITSAUFTRAG_KOPF.PERSONAL_ID=";
+    text_.where += personnel_number(relation_.code);
+    text_.where += " AND ";
   }
-  if (mode == "4ARB") {
-    // The code may carry a personnel number behind its first four characters.
-    if (relation_.code != "4ARB") {
-      text_.where += "ARBEITSAUFTRAG_KOPF.PERSONAL_ID=";
-      text_.where += text::mid(relation_.code, 5);
-      text_.where += " AND ";
-    }
-    return true;
-  }
-  return false;
+  return true;
 }
 
 void Translator::add_records(std::string_view criteria_string) {
@@ -115,15 +110,16 @@ void Translator::add_criterion(std::string_view record) {
   const std::string op = operator_part(context_, relation_, record, kStored);
   const std::int16_t id = text::to_int16(field_part(record));
   const std::string value = value_part(context_, relation_, record, kStored);
+  require_own_list(context_, relation_, id, record, record);
   if (reads_selektion()) {
-    add_selektion_criterion(op, value);
+    add_selektion_criterion(op, value, record);
   } else {
-    add_service_criterion(id, op, value);
+    add_service_criterion(id, op, value, record);
   }
 }
 
-void Translator::add_service_criterion(std::int16_t id, std::string_view op,
-                                       std::string_view value) {
+void Translator::add_service_criterion(std::int16_t id, std::string_view op, std::string_view value,
+                                       std::string_view record) {
   std::string expression;
   if (relation_.restricted) {
     apply_access_levels(*service_, relation_.code, relation_.access_key, id, expression, text_.from,
@@ -134,10 +130,11 @@ void Translator::add_service_criterion(std::int16_t id, std::string_view op,
         service_->AddFieldTables(relation_.table_key, number, text_.from, variant_, context_);
     expression = service_->GetFieldExpression(relation_.table_key, number, 0, 0, context_);
   }
-  text_.add_criterion(expression, expression, op, value);
+  text_.add_criterion(expression, expression, op, value, record);
 }
 
-void Translator::add_selektion_criterion(std::string_view op, std::string_view value) {
+void Translator::add_selektion_criterion(std::string_view op, std::string_view value,
+                                         std::string_view record) {
   const Recordset& row = *selektion_;
   const auto column = [&row](std::string_view name) { return row.value(name).text_or_empty(); };
   const std::string expression = field_expression(row);
@@ -149,13 +146,15 @@ void Translator::add_selektion_criterion(std::string_view op, std::string_view v
   // A field without an expression of its own is compared by its column only where it stands in the
   // main table.
   const bool is_compared = has_own_expression || join.kind.empty();
-  text_.add_criterion(expression, is_compared ? expression : "", op, value);
+  text_.add_criterion(expression, is_compared ? expression : "", op, value, record);
 }
 
-std::string Translator::where_text() const {
-  const std::string_view where =
-      has_criteria() ? text::trim(text_.where) : without_trailing_and(text_.where);
-  return where == "WHERE" && !has_criteria() ? std::string() : std::string(where);
+// Without criteria nothing follows the base conditions: their last " AND " goes, and so does the
+// word WHERE when nothing but blanks stands behind it.
+std::string_view Translator::where_text() const {
+  if (has_criteria()) return text::trim(text_.where);
+  const std::string_view where = text::trim(without_trailing_and(text_.where));
+  return where == "WHERE" ? std::string_view() : where;
 }
 
 std::string Translator::result() const {
@@ -173,7 +172,7 @@ std::string Translator::result() const {
 }
 
 void Translator::fill_labour_table() const {
-  const std::string_view where = without_trailing_and(text_.where);
+  const std::string_view where = text::trim(without_trailing_and(text_.where));
   std::string from_where = " FROM ";
   from_where += text_.trimmed_from();
   from_where += ' ';

@@ -17,8 +17,9 @@ enum class LineRefusal {
   kSemicolon,   // a ";" ends a record of the criteria string, so that no value can hold one
   kApostrophe,  // an apostrophe inside the value is not doubled
   kNotClosed,   // a quote, bracket or parenthesis without its partner, a comment, or a character
-               // that cannot be printed
-  kListCut,  // an IN list that would be read back cut: it takes several lines with OR
+                // that cannot be printed
+  kOperatorInside,  // a sign of comparison inside the value would be read as the operator
+  kListCut,         // an IN list that would be read back cut: it takes several lines with OR
 };
 
 struct RefusedLine {
@@ -57,7 +58,7 @@ class SelectionDialog : public ModalDialog {
   // The text of the OR line, by which a line is known as one also after it has been dragged.
   virtual const std::string& or_line() const = 0;
 
-  // What the last Insert or Replace refused; a view reads it after each of them and says why.
+  // What the last Insert, Replace or Plus refused; a view reads it after each of them and says why.
   virtual RefusedLine refused_line() const { return {}; }
 
  protected:

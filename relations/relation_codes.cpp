@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
+#include "platform/error.h"
+#include "platform/text.h"
 #include "relations/code_test.h"
 
 namespace kestrova {
@@ -240,6 +243,12 @@ void append_codes(std::vector<std::string>& codes, const CodeTest& test) {
   }
 }
 
+void require_digits(std::string_view code, std::string_view number) {
+  if (text::trim(number).find_first_not_of("0123456789") == std::string_view::npos) return;
+  throw InvalidArgument("The relation code '" + std::string(code) +
+                        "' carries something else than a number.");
+}
+
 }  // namespace
 
 bool IsRestrictedRelation(std::string_view code) { return any_matches(kRestricted, code); }
@@ -259,6 +268,23 @@ std::vector<std::string> known_relation_codes() {
   for (const CodeTest& test : kRestricted) append_codes(codes, test);
   for (const CodeTest& test : kCatalogue) append_codes(codes, test);
   return codes;
+}
+
+std::string_view personnel_number(std::string_view code) {
+  const std::string_view number = text::mid(code, 5);
+  require_digits(code, number);
+  return number;
+}
+
+std::int32_t contract_number(std::string_view code) {
+  const std::string_view digits = text::trim(text::mid(code, 6));
+  require_digits(code, digits);
+  if (digits.empty()) return 0;
+  const std::optional<std::int64_t> number = text::to_integer(digits);
+  if (!number || *number > std::numeric_limits<std::int32_t>::max()) {
+    throw Overflow("The contract number in " + std::string(code) + " is too large.");
+  }
+  return static_cast<std::int32_t>(*number);
 }
 
 }  // namespace kestrova

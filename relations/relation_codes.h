@@ -5,6 +5,7 @@
 // unknown code is no error: it is neither restricted nor in the catalogue and has no table key.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,16 @@ std::string_view GetRelationTableKey(std::string_view code);
 // GetRelationTableKey for relations without a catalogue entry, and is never empty for a code
 // outside the "HIZBB_SELEKTION_" family.
 std::string_view access_table_key(std::string_view code);
+
+// What a relation code carries behind its first four characters, as it stands: the personnel number
+// of "4ARB17", "4PLN17" or "4PAG17"; "" for none. It becomes part of a condition as it is, so that
+// it must be digits, with or without blanks around them: raises InvalidArgument for anything else.
+std::string_view personnel_number(std::string_view code);
+
+// The number that a contract's code carries behind its first five characters ("VERTP12"), 0 for
+// none. Raises InvalidArgument unless it is digits, with or without blanks around them, and
+// Overflow beyond 32 bits.
+std::int32_t contract_number(std::string_view code);
 
 // A relation code together with what the tables say about it, for operations that ask many times.
 // Refers to the text of the code.

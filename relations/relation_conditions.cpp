@@ -118,13 +118,13 @@ constexpr std::array kRules = {
     RelationRule{.code = exact("VERLOHN"), .condition = "BB_LEISTUNGS_KOPF.STORNODATUM IS NULL AND PERSONAL.ID_ACCESS_LEVELS IN ({access list})", .from = from_field(1)},
     RelationRule{.code = exact("HIZBB_SELEKTION_MAP"), .condition = "(BB_AUFTRAG_KOPF.STORNODATUM IS NULL AND BB_AUFTRAG.STORNODATUM IS NULL AND (BB_T_AUFTRAGSSTATUS.ID_BB_T_AUFTRAGSSTATUS_TO_MAP IS NOT NULL OR BB_T_AUFTRAGSSTATUS.ID_BB_T_AUFTRAGSSTATUS_FROM_MAP IS NOT NULL) AND {open quantity} > 0)", .base_table = "BB_AUFTRAG_KOPF", .from = from_again()},
     // Only callers that ask directly come here: "4PLN" is no catalogue relation.
-    RelationRule{.code = prefix("4PLN"), .condition = "ARBEITSAUFTRAG_PLANN.PERSONAL_ID = {trimmed rest}"},
+    RelationRule{.code = prefix("4PLN"), .condition = "ARBEITSAUFTRAG_PLANN.PERSONAL_ID = {trimmed person}"},
     RelationRule{.code = prefix("ANGEBOT_BB"), .condition = "BB_FAKTURA_KOPF.TYP = 2", .base_table = "BB_FAKTURA_KOPF"},
     RelationRule{.code = prefix("RECHNUNG_BB"), .condition = "BB_FAKTURA_KOPF.TYP = 3", .base_table = "BB_FAKTURA_KOPF"},
     RelationRule{.code = prefix("FAKTURA_BB"), .condition = "BB_FAKTURA_KOPF.TYP = 1", .base_table = "BB_FAKTURA_KOPF"},
     RelationRule{.code = prefix("BELEG_BB"), .base_table = "BB_BELEGE_KOPF"},
     RelationRule{.code = prefix("LEISTUNGS_BB"), .base_table = "BB_LEISTUNGS_KOPF"},
-    RelationRule{.code = prefix("4PAG"), .condition = "(PA_GRUPPE.ID_PERSONAL = {rest})", .from = from_again()},
+    RelationRule{.code = prefix("4PAG"), .condition = "(PA_GRUPPE.ID_PERSONAL = {person})", .from = from_again()},
     RelationRule{.code = prefix_any_case("VERTP"), .condition = kImported, .from = from_again()},
     RelationRule{.code = prefix_any_case("VERTM"), .condition = kImported, .from = from_again()},
     RelationRule{.code = prefix_any_case("HIZ_SELEKTION_"), .condition = kImported, .from = from_again()},
@@ -150,7 +150,15 @@ constexpr bool is_balanced(std::string_view sql) {
 }
 
 // What "{...}" in the texts of a rule stands for.
-enum class Placeholder { kRunDigit, kRest, kTrimmedRest, kLevel, kList, kOrders, kOpenQuantity };
+enum class Placeholder {
+  kRunDigit,
+  kPerson,
+  kTrimmedPerson,
+  kLevel,
+  kList,
+  kOrders,
+  kOpenQuantity
+};
 
 struct NamedPlaceholder {
   std::string_view name;
@@ -158,9 +166,9 @@ struct NamedPlaceholder {
 };
 
 constexpr std::array kPlaceholders = {
-    NamedPlaceholder{"#", Placeholder::kRunDigit},  // the digit of a code of a numbered group
-    NamedPlaceholder{"rest", Placeholder::kRest},   // what stands behind the prefix of the code
-    NamedPlaceholder{"trimmed rest", Placeholder::kTrimmedRest},
+    NamedPlaceholder{"#", Placeholder::kRunDigit},     // the digit of a code of a numbered group
+    NamedPlaceholder{"person", Placeholder::kPerson},  // the personnel number behind the prefix
+    NamedPlaceholder{"trimmed person", Placeholder::kTrimmedPerson},
     NamedPlaceholder{"access level", Placeholder::kLevel},
     NamedPlaceholder{"access list", Placeholder::kList},
     NamedPlaceholder{"order restriction", Placeholder::kOrders},
@@ -224,10 +232,10 @@ class RelationTexts {
     switch (find_placeholder(name)->placeholder) {
       case Placeholder::kRunDigit:
         return std::string(1, code_[rule_.code.code.find('#')]);
-      case Placeholder::kRest:
-        return std::string(rest());
-      case Placeholder::kTrimmedRest:
-        return std::string(text::trim(rest()));
+      case Placeholder::kPerson:
+        return std::string(personnel_number(code_));
+      case Placeholder::kTrimmedPerson:
+        return std::string(text::trim(personnel_number(code_)));
       case Placeholder::kLevel:
         return std::to_string(context_.lngAccessLevel);
       case Placeholder::kList:
@@ -239,8 +247,6 @@ class RelationTexts {
     }
     return {};
   }
-
-  std::string_view rest() const { return code_.substr(rule_.code.code.size()); }
 
   const RelationRule& rule_;
   std::string_view code_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/criteria_guard.h"
 #include "platform/error.h"
 #include "platform/text.h"
 #include "tools/sql_pieces.h"
@@ -34,6 +35,7 @@ constexpr std::array kReasonTexts = {
     ReasonText{FaultReason::kValue, "value that is no literal of the field's type"},
     ReasonText{FaultReason::kQuote, "quote that is not closed"},
     ReasonText{FaultReason::kParenthesis, "stray parenthesis or comment"},
+    ReasonText{FaultReason::kUnprintable, "character that cannot be printed"},
     ReasonText{FaultReason::kTranslation, "refused by the library"},
     ReasonText{FaultReason::kServer, "refused by the server"},
 };
@@ -48,34 +50,21 @@ constexpr std::array<std::string_view, 4> kTimeShapes = {"", "00:00", "00:00:00"
 constexpr std::array<std::string_view, 4> kBooleans = {"0", "1", "TRUE", "FALSE"};
 // clang-format on
 
-struct RecordFault {
+// The reason of a report for a text that is not closed, and what is said besides.
+struct OpenTextReport {
+  OpenText open;
   FaultReason reason;
-  std::string_view what;
+  std::string_view hint = "";
 };
 
-bool begins_comment(const SqlPiece& piece, const SqlPiece& next) {
-  return (piece.is_symbol('-') && next.is_symbol('-')) ||
-         (piece.is_symbol('/') && next.is_symbol('*'));
-}
-
-std::optional<RecordFault> sql_fault_of(std::string_view record) {
-  const std::vector<SqlPiece> pieces = split_sql(record);
-  int depth = 0;
-  for (std::size_t i = 0; i < pieces.size(); ++i) {
-    if (!pieces[i].closed) {
-      return RecordFault{FaultReason::kQuote, "its quote is not closed; a value cannot hold \";\""};
-    }
-    if (i + 1 < pieces.size() && begins_comment(pieces[i], pieces[i + 1])) {
-      return RecordFault{FaultReason::kParenthesis, "it holds a comment"};
-    }
-    if (pieces[i].is_symbol('(')) ++depth;
-    if (pieces[i].is_symbol(')') && --depth < 0) {
-      return RecordFault{FaultReason::kParenthesis, "a \")\" has no \"(\" before it"};
-    }
-  }
-  if (depth > 0) return RecordFault{FaultReason::kParenthesis, "a \")\" is missing"};
-  return std::nullopt;
-}
+constexpr std::array kOpenTextReports = {
+    OpenTextReport{OpenText::kQuote, FaultReason::kQuote, "; a value cannot hold \";\""},
+    OpenTextReport{OpenText::kBracket, FaultReason::kParenthesis},
+    OpenTextReport{OpenText::kParenthesis, FaultReason::kParenthesis},
+    OpenTextReport{OpenText::kComment, FaultReason::kParenthesis},
+    OpenTextReport{OpenText::kSemicolon, FaultReason::kParenthesis},
+    OpenTextReport{OpenText::kUnprintable, FaultReason::kUnprintable},
+};
 
 bool has_shape(std::string_view s, std::string_view shape) {
   return s.size() == shape.size() &&
@@ -169,8 +158,13 @@ std::optional<CriteriaFault> find_sql_fault(std::string_view criteria, std::stri
   for (const std::string_view record : text::split(criteria, ';')) {
     ++number;
     if (record == or_line) continue;
-    if (const auto fault = sql_fault_of(record)) {
-      return CriteriaFault{fault->reason, criterion_message(number, record, fault->what)};
+    if (const auto open = find_open_text(record)) {
+      const auto report =
+          std::find_if(kOpenTextReports.begin(), kOpenTextReports.end(),
+                       [open](const OpenTextReport& row) { return row.open == *open; });
+      return CriteriaFault{report->reason, criterion_message(number, record,
+                                                             std::string(description(*open)) +
+                                                                 std::string(report->hint))};
     }
   }
   return std::nullopt;
@@ -233,25 +227,6 @@ bool is_literal(std::string_view value, FieldType type) {
     default:
       return !is_number(type) || is_number_text(bare);
   }
-}
-
-std::vector<std::string_view> list_elements(std::string_view in_operator) {
-  const std::size_t open = in_operator.find('(');
-  const std::size_t close = in_operator.rfind(')');
-  if (open == std::string_view::npos || close == std::string_view::npos || close < open) return {};
-  const std::string_view list = in_operator.substr(open + 1, close - open - 1);
-  std::vector<std::string_view> elements;
-  std::size_t begin = 0;
-  std::size_t at = 0;
-  for (const SqlPiece& piece : split_sql(list)) {
-    if (piece.is_symbol(',')) {
-      elements.push_back(text::trim(list.substr(begin, at - begin)));
-      begin = at + 1;
-    }
-    at += piece.text.size();
-  }
-  elements.push_back(text::trim(list.substr(begin)));
-  return elements;
 }
 
 }  // namespace kestrova::tool

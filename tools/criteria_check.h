@@ -19,6 +19,7 @@ enum class FaultReason {
   kValue,
   kQuote,
   kParenthesis,
+  kUnprintable,
   kTranslation,
   kServer,
 };
@@ -34,10 +35,8 @@ struct CriteriaFault {
 // "criterion 2 (12 = x): " + what
 std::string criterion_message(std::size_t number, std::string_view record, std::string_view what);
 
-// A quote or parenthesis without its partner, or the beginning of a comment. The library inserts
-// values as they were typed, so an unclosed quote would swallow the criteria behind it, and a stray
-// ")" would lead out of the parentheses that keep the base condition in force: SQL that runs, and
-// selects something else. or_line is skipped.
+// A criterion that the library would refuse because its text could leave its place, with the
+// number of the criterion. or_line is skipped.
 std::optional<CriteriaFault> find_sql_fault(std::string_view criteria, std::string_view or_line);
 
 // Raises BadCriterion for what find_sql_fault finds.
@@ -52,8 +51,5 @@ std::optional<CriteriaFault> find_structure_fault(std::string_view criteria,
 // a text between apostrophes, a date in a form that does not depend on the server's settings or an
 // expression with GETDATE(), or Null. True for every value of a type without known literals.
 bool is_literal(std::string_view value, FieldType type);
-
-// The elements of "IN (...)", trimmed; commas inside quoted texts do not separate.
-std::vector<std::string_view> list_elements(std::string_view in_operator);
 
 }  // namespace kestrova::tool

@@ -20,6 +20,25 @@ constexpr int kLeftButton = 1;
 
 std::string in_quotes(std::string_view s) { return "'" + std::string(s) + "'"; }
 
+struct RefusalText {
+  LineRefusal why;
+  std::string_view text;
+};
+
+constexpr std::array kRefusals = {
+    RefusalText{LineRefusal::kSemicolon, "a value cannot hold \";\""},
+    RefusalText{LineRefusal::kApostrophe, "an apostrophe inside a value is written twice"},
+    RefusalText{
+        LineRefusal::kNotClosed,
+        "a quote, bracket or parenthesis of the value has no partner, or it holds a comment "
+        "or a character that cannot be printed"},
+    RefusalText{LineRefusal::kOperatorInside,
+                "\"=\", \"<\" or \">\" inside the value would be read as the operator"},
+    RefusalText{LineRefusal::kListCut,
+                "the list would be read back cut at a \")\": use a line for each value, with 'or' "
+                "between them"},
+};
+
 // A user's action on such a control would do nothing at all.
 void require_reachable(const Control& control) {
   if (!control.reachable()) refuse("not possible now: " + control.name() + " is disabled");
@@ -338,10 +357,22 @@ void EditorCommands::type_value(const std::string& text) {
   if (box.on_validate) box.on_validate(keep_focus);
 }
 
+// What the editor says of the line or value that it did not take; otherwise when it says nothing.
+std::string EditorCommands::why_not_taken(std::string_view otherwise) {
+  const RefusedLine refused = dialog().refused_line();
+  const auto row = std::find_if(kRefusals.begin(), kRefusals.end(),
+                                [&](const RefusalText& r) { return r.why == refused.why; });
+  std::string text(row == kRefusals.end() ? otherwise : row->text);
+  if (!refused.offered.empty()) text += " ('value " + refused.offered + "')";
+  return text;
+}
+
 void EditorCommands::plus(const std::string&) {
   const std::string before = dialog().Formula.text();
   click(dialog().btnPlus);
-  if (dialog().Formula.text() == before) refuse("nothing was added: 'value' chooses a value");
+  if (dialog().Formula.text() == before) {
+    refuse(why_not_taken("nothing was added: 'value' chooses a value"));
+  }
   show_formula();
 }
 
@@ -360,16 +391,22 @@ void EditorCommands::insert(const std::string&) {
   const int before = dialog().ListCriteria.count();
   const std::string line = dialog().Formula.text();
   click(dialog().btnInsert);
-  if (dialog().ListCriteria.count() == before) refuse("the criterion is not complete: " + line);
+  if (dialog().ListCriteria.count() == before) {
+    refuse(why_not_taken("the criterion is not complete") + ": " + line);
+  }
   show_list();
 }
 
 void EditorCommands::replace(const std::string&) {
   const ListBox& lines = dialog().ListCriteria;
   if (lines.index() == -1) refuse("no line is selected");
+  const std::string before = lines.text();
   const std::string line = dialog().Formula.text();
   click(dialog().btnReplace);
-  if (lines.text() != line) refuse("the criterion is not complete: " + line);
+  const bool is_refused = dialog().refused_line().why != LineRefusal::kNone;
+  if (is_refused || (lines.text() == before && line != before)) {
+    refuse(why_not_taken("the criterion is not complete") + ": " + line);
+  }
   show_list();
 }
 

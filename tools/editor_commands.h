@@ -141,6 +141,7 @@ class EditorCommands {
   void type_value(const std::string& text);
   void navigate(Button& button);
   void set_box(CheckBox& box, std::string_view what, const std::string& argument);
+  std::string why_not_taken(std::string_view otherwise);
   void show_formula();
   void show_list();
   void print_help(const EditorCommand& command, std::size_t width) const;

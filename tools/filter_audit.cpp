@@ -1,6 +1,7 @@
 #include "tools/filter_audit.h"
 
 #include "engine/comm_sel.h"
+#include "engine/criteria_guard.h"
 #include "platform/error.h"
 #include "platform/text.h"
 #include "tools/error_report.h"
@@ -69,7 +70,8 @@ std::string FilterAudit::value_fault(const Filter& filter, std::string_view reco
   if (op == "LIKE") return is_literal(value, FieldType::kVarWChar) ? "" : no_literal(value, type);
   if (!op.starts_with("IN")) return is_literal(value, type) ? "" : no_literal(value, type);
   for (const std::string_view element : list_elements(op)) {
-    if (!is_literal(element, type)) return no_literal(element, type);
+    const std::string_view value_text = text::trim(element);
+    if (!is_literal(value_text, type)) return no_literal(value_text, type);
   }
   return {};
 }

@@ -110,10 +110,62 @@ TEST(Commit, TurnsDatesAndTruthIntoServerText) {
 
 TEST(Commit, TurnsAListOfDatesIntoServerText) {
   SonstHost host;
-  EXPECT_EQ(committed(host, {"Datum IN ('3.4.2021', -3)", "Datum IN (+5,,'1.2.2024')"}),
-            (Results{" LAGER WHERE (LAGER.DATUM IN ('S(3.4.2021)',GETDATE()-3)  AND LAGER.DATUM IN "
-                     "(GETDATE()+5,'S(1.2.2024)'))",
-                     "Datum IN ('3.4.2021', -3) AND  AND Datum IN (+5,,'1.2.2024')"}));
+  EXPECT_EQ(committed(host, {"Datum IN ('3.4.2021')", "Datum IN (,-3)"}),
+            (Results{" LAGER WHERE (LAGER.DATUM IN ('S(3.4.2021)')  AND LAGER.DATUM IN "
+                     "(GETDATE()-3))",
+                     "Datum IN ('3.4.2021') AND  AND Datum IN (,-3)"}));
+}
+
+// --- Lines that are refused
+
+void expect_refused_line(const std::string& line) {
+  SCOPED_TRACE(line);
+  SonstHost host;
+  module_state().strSelektion_Fr_Wh = "old text";
+  module_state().strSelektionFormula = "old formula";
+  module_state().blnOK = "Falsch";
+  put(host, {"Anzahl = 1", line});
+  try {
+    host.editor->btnOk_Click();
+    ADD_FAILURE() << "not refused";
+  } catch (const InvalidArgument& error) {
+    EXPECT_THAT(error.what(), ::testing::HasSubstr("'" + line + "'"));
+  }
+  EXPECT_EQ(module_state().strSelektion_Fr_Wh, "old text");
+  EXPECT_EQ(module_state().strSelektionFormula, "old formula");
+  EXPECT_EQ(module_state().blnOK, "Falsch");
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+  for (const std::string& statement : host.connection->statements()) {
+    EXPECT_EQ(statement.substr(0, 7), "SELECT ") << statement;
+  }
+}
+
+TEST(Commit, RefusesALineThatCouldLeaveItsParenthesesAndChangesNothing) {
+  expect_refused_line("Holzart = 'x') OR ('1'='1'");
+  expect_refused_line("Holzart = 'O'Brien'");
+  expect_refused_line("Anzahl = 1 -- x");
+  expect_refused_line("Anzahl = 1; DELETE FROM MODELS");
+  expect_refused_line("Holzart = 'x\ty'");
+}
+
+TEST(Commit, RefusesAListThatWouldBeReadBackCut) {
+  expect_refused_line("Holzart IN ('Huber (Lenggries)', 'Eder (Tölz)')");
+  expect_refused_line("Datum IN (-5, -7)");
+  expect_refused_line("Datum IN (-12345)");
+  expect_refused_line("Gesperrt IN (1, 0)");
+}
+
+TEST(Commit, TakesNullOfABooleanAsNull) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {"Gesperrt = Null"}),
+            (Results{" LAGER WHERE ((LAGER.GESPERRT IS NULL OR RTRIM(LTRIM(LAGER.GESPERRT)) = ''))",
+                     "Gesperrt = Null"}));
+}
+
+TEST(Commit, TakesBothEntriesOfTheBarkAllowance) {
+  SonstHost host;
+  EXPECT_EQ(committed(host, {"RINDEPROZENT = 'cm'", "RINDEPROZENT = '%'"}).text,
+            " LAGER WHERE (LAGER.RINDE = 1 AND LAGER.RINDE = 0)");
 }
 
 TEST(Commit, OfAPickedTruthIsOneOrZero) {

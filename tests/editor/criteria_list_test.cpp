@@ -339,7 +339,7 @@ TEST_F(CriteriaList, PlusWithoutAValueOrWithoutAListDoesNothing) {
 // number.
 std::string marked(std::string_view number) {
   const std::string text(number);
-  return text.starts_with('(') ? text : "N<" + text + ">";
+  return text.starts_with('(') ? text : "N[" + text + "]";
 }
 
 TEST_F(CriteriaList, DecimalNumbersOfAListAreWrittenForTheServer) {
@@ -349,18 +349,18 @@ TEST_F(CriteriaList, DecimalNumbersOfAListAreWrittenForTheServer) {
   host_.forget();
   editor().btnPlus_Click();
   EXPECT_THAT(host_.suite->calls_of("format"), ElementsAre("format('1,5', ' ')"));
-  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<1,5>)");
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N[1,5])");
   editor().cboValue.set_text("2,25");
   editor().btnPlus_Click();
-  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<1,5>, N<2,25>)");
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N[1,5], N[2,25])");
   editor().cboValue.set_text("3");  // reads the same for the server
   editor().btnPlus_Click();
-  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<1,5>, N<2,25>, 3)");
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N[1,5], N[2,25], 3)");
   editor().cboValue.set_text("1,5");
   editor().btnMinus_Click();
-  EXPECT_EQ(editor().Formula.text(), "Menge IN (N<2,25>, 3)");
+  EXPECT_EQ(editor().Formula.text(), "Menge IN (N[2,25], 3)");
   editor().btnInsert_Click();
-  EXPECT_THAT(host_.lines(), ElementsAre("Menge IN (N<2,25>, 3)"));
+  EXPECT_THAT(host_.lines(), ElementsAre("Menge IN (N[2,25], 3)"));
 }
 
 TEST_F(CriteriaList, OtherValuesOfAListStayAsTheyAre) {

@@ -150,15 +150,61 @@ TEST(LoadModel, ShowsARelativeDateAsAnOffsetThatIsReadBack) {
 TEST(LoadModel, ShowsABooleanAsTheWordFromWhichItIsStoredAgain) {
   ModelHost host;
   host.suite->answers().texts[114] = "Gesperrt";
-  EXPECT_EQ(host.load("=== ODER ===;14 = 1;14 = 0;14 = NULL;14 = 2;"),
+  EXPECT_EQ(host.load("=== ODER ===;14 = 1;14 = 0;14 = NULL;14 = '1';14 = 'TRUE';14 = +1;14 = -1;"
+                      "14 = '-1';14 = 'FALSE';14 IN (1,0);"),
             (Lines{kOr,
                    {"Gesperrt = Wahr", 14},
                    {"Gesperrt = Falsch", 14},
                    {"Gesperrt = NULL", 14},
-                   {"Gesperrt = 2", 14}}));
-  host.editor->ListCriteria.remove(4);
+                   {"Gesperrt = Wahr", 14},
+                   {"Gesperrt = Wahr", 14},
+                   {"Gesperrt = Wahr", 14},
+                   {"Gesperrt = Wahr", 14},
+                   {"Gesperrt = Wahr", 14},
+                   {"Gesperrt = Falsch", 14},
+                   {"Gesperrt IN (1,0) ", 14}}));
+  host.editor->ListCriteria.remove(10);
   EXPECT_EQ(host.editor->GetWriteString(host.context),
-            "=== ODER ===;14 = 1;14 = 0;14 = 0;");  // a line's NULL is a word like any other
+            "=== ODER ===;14 = 1;14 = 0;14 = NULL;14 = 1;14 = 1;14 = 1;14 = 1;14 = 1;14 = 0;");
+}
+
+TEST(LoadModel, RefusesAValueThatIsNoFlag) {
+  for (const char* record : {"14 = 2", "14 = 'x'", "14 = GETDATE()", "14 = ''", "14 = "}) {
+    ModelHost host;
+    host.suite->answers().texts[114] = "Gesperrt";
+    host.fill_lines({kOr});
+    try {
+      host.load("=== ODER ===;" + std::string(record) + ";");
+      ADD_FAILURE() << "not refused: " << record;
+    } catch (const InvalidArgument& error) {
+      EXPECT_THAT(error.what(), ::testing::HasSubstr(std::string(text::trim(record))));
+    }
+    EXPECT_EQ(host.editor->ListCriteria.entries(), Lines{kOr}) << record;
+  }
+}
+
+TEST(LoadModel, ShowsAListThatIsReadBackCutWholeAndInTheOrderInWhichItCanBeKept) {
+  ModelHost host;
+  EXPECT_EQ(host.load("=== ODER ===;10 IN ('Eder (Tölz)','Grünwald');10 IN ('A (b)','CC (d)');"
+                      "13 IN (GETDATE()-12345);"),
+            (Lines{kOr,
+                   {"Holzart IN ('Grünwald','Eder (Tölz)') ", 10},
+                   {"Holzart IN ('A (b)','CC (d)') ", 10},
+                   {"Datum IN (GETDATE()-12345) ", 13}}));
+  EXPECT_THROW(host.editor->GetWriteString(host.context), InvalidArgument);
+  host.editor->ListCriteria.remove(3);
+  EXPECT_THROW(host.editor->GetWriteString(host.context), InvalidArgument);
+  host.editor->ListCriteria.remove(2);
+  EXPECT_EQ(host.editor->GetWriteString(host.context),
+            "=== ODER ===;10 IN ('Grünwald','Eder (Tölz)') ;");
+}
+
+TEST(GetWriteString, RefusesOnlyWhatCouldNotBeReadBack) {
+  ModelHost host;
+  host.fill_lines({{"Holzart = 'x') OR ('1'='1'", 10}});
+  EXPECT_EQ(host.editor->GetWriteString(host.context), "10 = 'x') OR ('1'='1';");
+  host.fill_lines({{"Holzart = 'Huber; Söhne'", 10}});
+  EXPECT_THROW(host.editor->GetWriteString(host.context), InvalidArgument);
 }
 
 TEST(LoadModel, ShowsTheStoredWordOfABooleanColumnWithoutItsQuotes) {
@@ -166,12 +212,19 @@ TEST(LoadModel, ShowsTheStoredWordOfABooleanColumnWithoutItsQuotes) {
   host.suite->answers().texts[114] = "Status";
   host.suite->answers().texts[5] = "nein";
   host.suite->answers().texts[6] = "ja";
-  EXPECT_EQ(host.load("=== ODER ===;14 = 'ja';14 = 'nein';14 = 'offen';14 = 1;"),
+  EXPECT_EQ(host.load("=== ODER ===;14 = 'ja';14 = 'nein';14 = 1;14 = 'TRUE';14 = Null;"),
             (Lines{kOr,
                    {"Status = Wahr", 14},
                    {"Status = Falsch", 14},
-                   {"Status = 'offen'", 14},
-                   {"Status = 1", 14}}));
+                   {"Status = Wahr", 14},
+                   {"Status = Wahr", 14},
+                   {"Status = Null", 14}}));
+}
+
+TEST(LoadModel, RefusesAWordThatTheBooleanColumnDoesNotHold) {
+  ModelHost host;
+  host.suite->answers().texts[114] = "Status";
+  EXPECT_THROW(host.load("=== ODER ===;14 = 'offen';"), InvalidArgument);
 }
 
 TEST(LoadModel, ShowsTheUnitOfTheBarkAllowanceAndLeavesTheMoneyUnit) {
@@ -376,20 +429,22 @@ Texts stored(RunHost& host, const std::vector<ListEntry>& lines) {
 TEST(StoreContract, ReplacesWhatItHeldByTheList) {
   ContractHost host;
   host.answer_contract(kContract, "5 = 'OLD';");
-  EXPECT_EQ(stored(host, {{"Holzart = 'FI'", 5},
-                          {"Menge >= 5,5", 0},
-                          kOr,
-                          {"Datum = 3.4.2021", 6},
-                          {"Datum < -3", 6},
-                          {"Datum > 5", 6},
-                          {"Datum = 'NULL'", 6},
-                          {"Datum IN ('3.4.2021', -3)", 6},
-                          {"holzart IN ('A', 'B') ", 5}}),
-            Texts({"open " + kContract + " [keyset, optimistic]",
-                   "set_value SELEKTION_VALUE = 5 = 'FI';7 >= 5,5;=== ODER ===;6 = 'S(3.4.2021)';"
-                   "6 < GETDATE()-3;6 > GETDATE()+5;6 = Null;6 IN ('S(3.4.2021)',GETDATE()-3) ;"
-                   "5 IN ('A', 'B') ;",
-                   "update"}));
+  EXPECT_EQ(
+      stored(host, {{"Holzart = 'FI'", 5},
+                    {"Menge >= 5,5", 0},
+                    kOr,
+                    {"Datum = 3.4.2021", 6},
+                    {"Datum < -3", 6},
+                    {"Datum > 5", 6},
+                    {"Datum = 'NULL'", 6},
+                    {"Datum IN ('3.4.2021')", 6},
+                    {"Datum IN (-3)", 6},
+                    {"holzart IN ('A', 'B') ", 5}}),
+      Texts({"open " + kContract + " [keyset, optimistic]",
+             "set_value SELEKTION_VALUE = 5 = 'FI';7 >= 5,5;=== ODER ===;6 = 'S(3.4.2021)';"
+             "6 < GETDATE()-3;6 > GETDATE()+5;6 = Null;6 IN ('S(3.4.2021)') ;6 IN (GETDATE()-3) ;"
+             "5 IN ('A', 'B') ;",
+             "update"}));
   EXPECT_EQ(host.connection->open_recordsets(), 0U);
 }
 

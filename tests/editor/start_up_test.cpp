@@ -539,7 +539,8 @@ TEST(ContractSelection, IsFoundByTheCode) {
   EXPECT_EQ(found("vertp12"), "VERTRAG_PREISE 12");
   EXPECT_EQ(found("VertM7"), "VERTRAG_MENGEN 7");
   EXPECT_EQ(found("VERTP 12"), "VERTRAG_PREISE 12") << "numbers may be written with a blank";
-  EXPECT_EQ(found("VERTPREIS"), "VERTRAG_PREISE 0");
+  EXPECT_THROW(found("VERTPREIS"), InvalidArgument) << "no record has that number";
+  EXPECT_THROW(found("VERTP12 OR 1=1"), InvalidArgument);
   EXPECT_THROW(found("VERTP3000000000"), Overflow);
   EXPECT_EQ(found("VERT12"), "");
   EXPECT_EQ(found(" VERTP12"), "");

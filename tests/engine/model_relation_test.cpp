@@ -42,7 +42,11 @@ TEST(ModelRelation, ALookupAsksForTheModelsOfItsOwnTable) {
     const std::string query =
         "SELECT MODEL FROM MODELS WHERE NAME = 'X' AND RELATION = '" + relation + "'";
     host.connection->answer(query, {{"MODEL"}}, {{""}});
-    host.engine.D_Selection(host.context, code, "X", "V", 9);
+    try {
+      host.engine.D_Selection(host.context, code, "X", "V", 9);
+    } catch (const InvalidArgument&) {
+      // Some codes carry something else than a personnel number.
+    }
     ASSERT_FALSE(host.connection->statements().empty());
     EXPECT_EQ(host.connection->statements().front(), query);
   }

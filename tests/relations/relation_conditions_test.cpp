@@ -167,6 +167,18 @@ TEST_F(RelationConditions, GoldenTableOfBaseConditions) {
   }
 }
 
+TEST_F(RelationConditions, APersonnelNumberIsDigitsOrMissing) {
+  install<GoldenSuite>();
+  std::string condition;
+  std::string from_text;
+  for (const char* code : {"4PAGX", "4PAG1) OR (1=1", "4PAG-1", "4PAG1 2", "4PLN 4PAG",
+                           "4PLN1 OR 1=1", "4PLN1'", "4PLN\t1", "4PLN１"}) {
+    EXPECT_THROW(GetRelationFromWhere(code, condition, from_text, context, 3), InvalidArgument)
+        << code;
+    EXPECT_EQ(condition, "") << code;
+  }
+}
+
 TEST_F(RelationConditions, GoldenTableOfAccessLevels) {
   for (const golden::Row& row : golden::read(KESTROVA_GOLDEN_DIR "/apply_access_levels.tsv")) {
     SCOPED_TRACE(row.place() + ": '" + row["code"] + "'");

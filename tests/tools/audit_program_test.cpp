@@ -88,7 +88,7 @@ TEST_F(Audit, NamesEveryKindOfBrokenFilter) {
       "MODELS 73 (FI_NUTZERRECHTE) 'Offen': quote that is not closed\n"
       "  criterion 1 (1 = 'a): its quote is not closed; a value cannot hold \";\"\n"
       "MODELS 74 (FI_NUTZERRECHTE) 'Klammer': stray parenthesis or comment\n"
-      "  criterion 1 (4 = 1) OR (1 = 1): a \")\" has no \"(\" before it\n"
+      "  criterion 1 (4 = 1) OR (1 = 1): a parenthesis has no partner\n"
       "MODELS 76 (XYZ) 'Fremd': unknown relation\n"
       "  the relation code 'XYZ' is not known\n"
       "MODELS 78 (4ARB) 'Ohne Tabelle': refused by the server\n"
