@@ -118,8 +118,10 @@ void check_text(const Relation& relation, std::string_view criteria, std::string
     expected += is_or ? "OR" : expected_criterion(relation, record);
     joins = !is_or;
   }
-  const std::string compared = test::without_outer_blanks(translated);
-  require(compared.ends_with("(" + test::without_outer_blanks(expected) + ")"));
+  // Blanks between the parts mean nothing, and lists of dates come without empty elements.
+  constexpr std::string_view free = " ,";
+  require(test::without_outer(translated, free)
+              .ends_with("(" + test::without_outer(expected, free) + ")"));
 }
 
 void check_translation(const Subject& subject, std::string_view criteria) {

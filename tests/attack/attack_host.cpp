@@ -51,9 +51,8 @@ std::string main_table(std::string_view from_where) {
 }  // namespace
 
 std::vector<Subject> attacked_relations() {
-  std::vector<Subject> result = {{"4ARB", "4ARB"},    {"4ARB17", "4ARB"}, {"4PLN17", "4ARB"},
-                                 {"1VN", "WAREN"},    {"BBF", "WAREN"},   {"PERSONAL", "WAREN"},
-                                 {"PERSONAL", "4ARB"}};
+  std::vector<Subject> result = {{"4ARB", "4ARB"}, {"4ARB17", "4ARB"}, {"4PLN17", "4ARB"},
+                                 {"1VN", "WAREN"}, {"BBF", "WAREN"},   {"PERSONAL", "WAREN"}};
   for (std::string code : known_relation_codes()) {
     if (code.ends_with('*')) code.back() = '1';
     if (IsCatalogueRelation(code) && !GetRelationTableKey(code).empty())
@@ -107,12 +106,12 @@ std::vector<PeacefulField> AttackHost::find_fields(Path path) {
     if (!field) continue;
     field->name = named.name;
     field->id = named.id;
-    if (path == kEditor) {
-      const std::int16_t type = Comm_Sel().Get_TypeOfFieldFromID(
-          context_, static_cast<std::int16_t>(named.id), subject_.code);
-      field->is_verbatim = !IsDateFieldType(type) && FieldType{type} != FieldType::kBoolean &&
-                           special_field(named.name) == SpecialField::kNone;
-    }
+    const std::int16_t type = Comm_Sel().Get_TypeOfFieldFromID(
+        context_, static_cast<std::int16_t>(named.id), subject_.code);
+    field->is_date = IsDateFieldType(type);
+    field->is_verbatim =
+        path == kStoredString || (!field->is_date && FieldType{type} != FieldType::kBoolean &&
+                                  special_field(named.name) == SpecialField::kNone);
     try {
       visible(path, *field);
     } catch (const DatabaseError&) {

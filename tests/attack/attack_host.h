@@ -55,8 +55,9 @@ class PassiveUser : public UserInterface {
 struct PeacefulField {
   std::string name;
   std::int32_t id = 0;
-  std::string before;       // the text up to the parenthesis around the criteria, and with it
-  std::string expression;   // the field in a criterion
+  std::string before;      // the text up to the parenthesis around the criteria, and with it
+  std::string expression;  // the field in a criterion
+  bool is_date = false;
   bool is_verbatim = true;  // whether values come into the text as they were written
 };
 

@@ -24,6 +24,11 @@ constexpr Production kGrammar[] = {
     {"criterion", "{sign} {classic}"},
     {"criterion", "{sign} {classic}"},
     {"criterion", "{sign} {classic}"},
+    {"criterion", "{sign} '{plain}'"},
+    {"criterion", "{sign} {inside}"},
+    {"criterion", "{sign} {inside}"},
+    {"criterion", "LIKE '%{plain}%'"},
+    {"criterion", "IN ('{plain}','{plain}')"},
     {"criterion", "LIKE {pattern}"},
     {"criterion", "LIKE {value}"},
     {"criterion", "IN ({list})"},
@@ -52,6 +57,8 @@ constexpr Production kGrammar[] = {
 
     // What stays between the parentheses, however odd it is.
     {"inside", "'{word}' OR '1'='1'"},
+    {"inside", "'{plain}' OR '1'='1'"},
+    {"inside", "'{plain}' OR 1=1 AND ('1'='1')"},
     {"inside", "{number} OR 1=1"},
     {"inside", "{number} OR (1=1)"},
     {"inside", "(SELECT MAX({column}) FROM {table})"},

@@ -34,11 +34,11 @@ bool is_open(std::string_view sql) {
   return depth != 0 || waiting_for != '\0';
 }
 
-std::string without_outer_blanks(std::string_view sql) {
+std::string without_outer(std::string_view sql, std::string_view characters) {
   std::string result;
   char waiting_for = '\0';
   for (const char c : sql) {
-    if (waiting_for == '\0' && c == ' ') continue;
+    if (waiting_for == '\0' && characters.find(c) != std::string_view::npos) continue;
     // A doubled quote closes and opens again.
     waiting_for = waiting_for == '\0' ? closing(c) : c == waiting_for ? '\0' : waiting_for;
     result += c;

@@ -12,8 +12,8 @@ namespace kestrova::test {
 // outside quotes.
 bool is_open(std::string_view sql);
 
-// The text without the blanks outside quotes, which mean nothing.
-std::string without_outer_blanks(std::string_view sql);
+// The text without these characters where they stand outside quotes.
+std::string without_outer(std::string_view sql, std::string_view characters = " ");
 
 // A control character, or bytes that are no UTF-8.
 bool is_unprintable(std::string_view text);
