@@ -115,7 +115,7 @@ bool F_Selection::is_refused_by_or_line(std::int32_t flags) {
 }
 
 void F_Selection::btnOk_Click() {
-  if (is_refused_by_or_line(kExclamationIcon)) return;
+  if (is_refused_by_or_line(kExclamationIcon) || is_refused_by_unread_contract()) return;
   const std::string confirmed_before = module_state().blnOK;
   module_state().blnOK = user_locale().boolean_text(true);
   const BusyPointer busy(user_interface());

@@ -106,6 +106,8 @@ void F_Selection::select_new_line(int index) {
 }
 
 void F_Selection::btnNew_Click() {
+  if (is_read_only_run()) return;
+  contract_unread_ = false;
   ListCriteria.clear();
   cboValue.clear();
   if (cboField.count() == 0) return;
@@ -113,14 +115,21 @@ void F_Selection::btnNew_Click() {
   Formula.set_text("");
 }
 
+// A value, or an operator with its value, in which SQL could end where it should not.
+RefusedLine F_Selection::refused_value(std::string_view value) const {
+  if (value.find(';') != std::string_view::npos)
+    return {.why = LineRefusal::kSemicolon, .offered = {}};
+  if (!find_open_text(value)) return {};
+  const std::string typed = cboValue.text();
+  if (typed.find('\'') == std::string::npos) return {.why = LineRefusal::kNotClosed, .offered = {}};
+  // Only where the value stands between apostrophes does doubling those inside make it the text
+  // that was typed.
+  const bool is_text = value.ends_with("'" + typed + "'");
+  return {.why = LineRefusal::kApostrophe,
+          .offered = is_text ? with_doubled_apostrophes(typed) : std::string()};
+}
+
 LineRefusal F_Selection::refusal_of(const std::string& line) const {
-  const std::string_view comparison =
-      std::string_view(line).substr(line.starts_with(cboField.text()) ? cboField.text().size() : 0);
-  if (comparison.find(';') != std::string_view::npos) return LineRefusal::kSemicolon;
-  if (find_open_text(comparison)) {
-    const bool has_apostrophe = cboValue.text().find('\'') != std::string::npos;
-    return has_apostrophe ? LineRefusal::kApostrophe : LineRefusal::kNotClosed;
-  }
   // The line is read from its text: its field must be the one that was chosen.
   if (split_record(line).field != text::trim(cboField.text())) return LineRefusal::kOperatorInside;
   if (cboOperator.text() != "IN") return LineRefusal::kNone;
@@ -148,6 +157,7 @@ std::optional<ListEntry> F_Selection::composed_line() {
 
 void F_Selection::btnInsert_Click() {
   refused_ = {};
+  if (is_read_only_run()) return;
   if (!IsCriterionComplete()) return;
   if (cboOperator.text() == "IN" && text::length(strValue) == 2) return;
   const std::optional<ListEntry> line = composed_line();
@@ -161,6 +171,7 @@ void F_Selection::btnInsert_Click() {
 
 void F_Selection::btnReplace_Click() {
   refused_ = {};
+  if (is_read_only_run()) return;
   const int index = ListCriteria.index();
   if (!IsCriterionComplete() || index < 0) return;
   const std::optional<ListEntry> line = composed_line();
@@ -171,7 +182,7 @@ void F_Selection::btnReplace_Click() {
 
 void F_Selection::btnDelete_Click() {
   const int index = ListCriteria.index();
-  if (index < 0) return;
+  if (is_read_only_run() || index < 0) return;
   ListCriteria.remove(index);
   ListCriteria.set_index(-1);
   if (index > 0) {
@@ -182,6 +193,7 @@ void F_Selection::btnDelete_Click() {
 }
 
 void F_Selection::btnOr_Click() {
+  if (is_read_only_run()) return;
   const int index = ListCriteria.index();
   const auto is_or_at = [this](int i) { return is_or_line(ListCriteria.entry_text(i)); };
   const bool is_on_or_line = index >= 0 && is_or_at(index);
@@ -197,11 +209,16 @@ void F_Selection::AddOrLine() {
   select_new_line(index);
 }
 
+// The values of other operators are no lists, whatever state the two buttons are in.
+bool F_Selection::may_change_list_of_in() const {
+  return !is_read_only_run() && cboOperator.text() == "IN" && !cboValue.text().empty();
+}
+
 void F_Selection::btnPlus_Click() {
   // It is the nickname that must not stand in the list, not the value.
   const bool holds_nickname =
       !strNickName.empty() && strValue.find(strNickName) != std::string::npos;
-  if (holds_nickname || cboValue.text().empty() || strValue.empty()) return;
+  if (!may_change_list_of_in() || holds_nickname || strValue.empty()) return;
   const std::string value = converted_element();
   refused_ = refused_value(value);
   if (refused_.why != LineRefusal::kNone) return;
@@ -213,7 +230,7 @@ void F_Selection::btnPlus_Click() {
 }
 
 void F_Selection::btnMinus_Click() {
-  if (cboValue.text().empty()) return;
+  if (!may_change_list_of_in()) return;
   const std::string value = converted_element();
   for (const std::string& piece : {", " + value, value + ", ", value}) {
     const std::size_t at = strValue.find(piece);
@@ -253,7 +270,7 @@ void F_Selection::cmdDown_Click() {
 // To the place of its neighbour, which takes its place: no other line moves, however long the list.
 // A full list stays as it is, because a move counts as inserting the line before it is removed.
 void F_Selection::move_selected_line(int target) {
-  if (ListCriteria.entries().size() >= kMostLines) return;
+  if (is_read_only_run() || ListCriteria.entries().size() >= kMostLines) return;
   const auto put = [this](const ListEntry& line, int index) {
     ListCriteria.set_entry_text(index, line.text);
     ListCriteria.set_item_data(index, line.item_data);
@@ -275,12 +292,12 @@ void F_Selection::ListCriteria_Click() { SetListButtons(); }
 void F_Selection::ListCriteria_DblClick() { SetListButtons(); }
 
 void F_Selection::ListCriteria_MouseMove(int Button) {
-  if (Button == 1) ListCriteria.is_dragging = true;
+  if (Button == 1 && !is_read_only_run()) ListCriteria.is_dragging = true;
 }
 
 void F_Selection::ListCriteria_DragDrop(const Control& source, double /*x*/, double y) {
   ListCriteria.is_dragging = false;
-  if (source.name() != "ListCriteria" || ListCriteria.count() == 0) return;
+  if (is_read_only_run() || source.name() != "ListCriteria" || ListCriteria.count() == 0) return;
   const auto row_height = std::max(1L, std::lrint(ListCriteria.row_height));
   const long dropped = ListCriteria.top_index + std::lrint(y) / row_height;
   const int index = ListCriteria.index();
@@ -300,8 +317,9 @@ void F_Selection::ListCriteria_DragDrop(const Control& source, double /*x*/, dou
 void F_Selection::SetListButtons() {
   const int index = ListCriteria.index();
   const int count = ListCriteria.count();
-  cmdUp.set_enabled(index >= 1);
-  cmdDown.set_enabled(index >= 0 && index < count - 1);
+  const bool may_move = !is_read_only_run();
+  cmdUp.set_enabled(may_move && index >= 1);
+  cmdDown.set_enabled(may_move && index >= 0 && index < count - 1);
   if (index == -1 && count >= 1) ListCriteria.set_index(0);
 
   cboField.set_index(-1);

@@ -11,7 +11,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -125,17 +127,24 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   // --- Models
   // ----------------------------------------------------------------------------------------------
 
-  // Loads the selected model into the list.
+  // Loads the selected model into the list. Raises NoCurrentRecord, and keeps the list, when the
+  // model has been deleted meanwhile.
   void Model_DblClick();
   // Shows the properties of the selected model and enables the controls.
   void Model_Click();
 
   // Save the list as a model: into the selected one, or, with none selected and for "save as",
   // under a name that the user gives. A list that begins or ends with an OR line is refused with a
-  // message.
+  // message. A text that another user has changed since it was loaded or saved here is overwritten
+  // only when the user agrees.
+  //
+  // The actions on a model raise NoCurrentRecord when it has been deleted meanwhile, and
+  // InvalidArgument when it is locked, as of now, and the user may not change locked models; saving
+  // raises InvalidArgument for a name with an apostrophe or a control character. Nothing has
+  // changed then, and the boxes show what the database holds.
   void btnSaveModelle_Click();
   void btnSaveModelleAs_Click();
-  // Deletes the selected model, without asking.
+  // Deletes the selected model, without asking. One that is gone already only leaves the list.
   void btnDeleteModelle_Click();
   // Make the selected model the standard of its class, lock it, or bind it to the user's access
   // level; unchecked, take that back. Locking and binding cost the model its standard mark. They do
@@ -194,6 +203,8 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   bool is_or_line(std::string_view line) const;
   // The relation code by which the lookups know the fields.
   const std::string& lookup_relation() const;
+  // The dialog is shown for reading only: no handler changes the list or a model then.
+  bool is_read_only_run() const { return blnReadOnly && intStartState != 0; }
   // The connection on which the selection was started. Raises ObjectNotSet when there is none.
   Connection& connection() const;
 
@@ -216,6 +227,7 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void load_line(const std::string& line);
 
   // Pickers
+  bool may_change_list_of_in() const;
   std::string converted_value();
   std::string converted_element();
   void FillOperatorList(ComboBox& combo, std::int16_t type);
@@ -236,10 +248,14 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::string GetStandardModelName();
   int standard_model_index();
   void load_start_selection(std::string_view subset);
+  // Runs what loads a stored filter. Answers why its text cannot be shown, and the list is empty
+  // then; nothing when it is loaded. Errors of the database and of the host pass.
+  std::optional<std::string> why_not_loaded(const std::function<void()>& load);
   void show_modally();
 
   // Commit
   bool is_refused_by_or_line(std::int32_t flags);
+  bool is_refused_by_unread_contract();
   void commit();
   std::string formula_text() const;
 
@@ -266,11 +282,19 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
 
   // Models
   bool is_model_selected() const { return Model.index() != -1; }
-  std::string selected_model() const;      // its MODELS.ID
+  std::string selected_model() const;  // its MODELS.ID
+  std::string stored_model() const;    // its MODELS.MODEL; raises NoCurrentRecord
+  [[noreturn]] void throw_model_is_gone() const;
   std::string and_visible_models() const;  // " AND " and the condition on MODELS, or ""
   void SaveModel(bool overwrite);
   void check_all_fields_offered() const;
+  bool overwrite_model(const std::string& criteria);
+  bool may_overwrite() const;
+  void refuse_locked_model() const;
   void insert_model(const std::string& name, const std::string& criteria);
+  void change_model(const std::string& statement);
+  void show_box(CheckBox& box, bool checked);
+  void run_or_reset(CheckBox& box, const std::function<void()>& action);
   void SetStandardModel(bool clear);
   // What changing a property of the selected model needs afterwards.
   void show_changed_model();
@@ -284,6 +308,10 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   std::string strValue;      // "()" is the empty IN list
   std::unique_ptr<Recordset> dbSelektion;
   std::shared_ptr<ModelSettings> model_settings_;  // made on first use
+  // MODELS.MODEL, by MODELS.ID, as it was loaded or saved here last: what the user has seen.
+  std::map<std::int32_t, std::string> seen_models_;
+  // The contract's selection could not be loaded, and no other list has taken its place.
+  bool contract_unread_ = false;
   Options options_;
   bool loaded_ = false;
   bool blnReadOnly = false;

@@ -2,6 +2,7 @@
 #include <optional>
 #include <vector>
 
+#include "editor/editor_texts.h"
 #include "editor/f_selection.h"
 #include "engine/comm_sel.h"
 #include "engine/criteria_guard.h"
@@ -11,6 +12,7 @@
 #include "interface/module_state.h"
 #include "platform/text.h"
 #include "relations/date_expressions.h"
+#include "relations/show_message.h"
 
 namespace kestrova {
 namespace {
@@ -54,12 +56,8 @@ std::string shown_flag(const KesVar& context, SpecialField kind, std::int16_t ty
 }  // namespace
 
 void F_Selection::Model_DblClick() {
-  if (!is_model_selected()) return;
-  const auto row =
-      open_query(connection(), "SELECT MODEL FROM MODELS WHERE ID = " + selected_model());
-  const std::string criteria =
-      row->eof() ? std::string() : row->value(std::size_t{0}).text_or_empty();
-  row->close();
+  if (is_read_only_run() || !is_model_selected()) return;
+  const std::string criteria = stored_model();
 
   const BusyPointer busy(user_interface());
   std::vector<ListEntry> lines;
@@ -71,6 +69,7 @@ void F_Selection::Model_DblClick() {
                         : display_line(context_, lookup_relation(), record, kAnyField));
   }
   show_lines(lines);
+  seen_models_[Model.item_data(Model.index())] = criteria;
   caption_ = "Selektion: " + std::string(text::trim(Model.text()));
   SetListButtons();
 }
@@ -81,7 +80,10 @@ void F_Selection::LoadSelectionFromTable(std::string_view table, std::int32_t re
                                    " WHERE ID = " + std::to_string(record))
           ->value("SELEKTION_VALUE")
           .text_or_empty();
-  LoadSelectionFromString(criteria);
+  if (const auto why = why_not_loaded([&] { LoadSelectionFromString(criteria); })) {
+    contract_unread_ = true;
+    ShowMessage(editor_text(context_, EditorText::kContractUnreadable, "", *why), kExclamationIcon);
+  }
 }
 
 void F_Selection::LoadSelectionFromString(std::string_view criteria) {
@@ -116,6 +118,7 @@ void F_Selection::FillListCriteria(const KesVar& context, std::string_view crite
 // would be committed, and saved, as a wider one.
 void F_Selection::show_lines(const std::vector<ListEntry>& lines) {
   if (lines.size() > kMostLines) throw_too_many_lines();
+  contract_unread_ = false;
   ListCriteria.clear();
   for (const ListEntry& line : lines) {
     ListCriteria.add(line.text);

@@ -4,11 +4,23 @@
 #include "editor/f_selection.h"
 #include "engine/queries.h"
 #include "interface/module_state.h"
+#include "platform/error.h"
 
 namespace kestrova {
 
 std::string F_Selection::selected_model() const {
   return std::to_string(Model.item_data(Model.index()));
+}
+
+void F_Selection::throw_model_is_gone() const {
+  throw NoCurrentRecord("The model '" + Model.text() + "' has been deleted meanwhile.");
+}
+
+std::string F_Selection::stored_model() const {
+  const auto row =
+      open_query(connection(), "SELECT MODEL FROM MODELS WHERE ID = " + selected_model());
+  if (row->eof()) throw_model_is_gone();
+  return row->value(std::size_t{0}).text_or_empty();
 }
 
 std::string F_Selection::and_visible_models() const {
@@ -53,26 +65,39 @@ void F_Selection::RefreshModelState() {
               : "NULL AS val3,NULL AS val4,0 AS STANDARD";
   if (blnOracle) part += " FROM DUAL";
   const auto row = open_query(connection(), "SELECT * FROM (" + part + ") A");
-  Check1.set_checked(row->value("val1").integer() == 1);
-  chkStandard.set_checked(row->value("STANDARD").integer() == 1);
-  chkAL.set_checked(!row->value("val3").is_null());
-  chkAL.set_caption(row->value("val4").text_or_empty());
+  // Read whole before the first box is set.
+  const bool locked = row->value("val1").integer() == 1;
+  const bool standard = row->value("STANDARD").integer() == 1;
+  const bool bound = !row->value("val3").is_null();
+  const std::string level = row->value("val4").text_or_empty();
   row->close();
+  Check1.set_checked(locked);
+  chkStandard.set_checked(standard);
+  chkAL.set_checked(bound);
+  chkAL.set_caption(level);
   enable_controls();
+}
+
+// Whoever may overwrite a model may also delete it and make it the standard.
+bool F_Selection::may_overwrite() const {
+  const bool changes_locked = options_.change_models && options_.b018 && chkAL.enabled();
+  return !blnReadOnly && options_.b057 && (!Check1.checked() || changes_locked);
+}
+
+void F_Selection::refuse_locked_model() const {
+  if (!Check1.checked() || may_overwrite()) return;
+  throw InvalidArgument("The model '" + Model.text() + "' is locked: it stays as it is.");
 }
 
 void F_Selection::enable_controls() {
   const bool writable = !blnReadOnly;
-  const bool changes_locked = options_.change_models && options_.b018;
   Check1.set_enabled(writable && options_.change_models && options_.b049 && options_.b018);
   chkAL.set_enabled(writable && options_.change_models && options_.b049);
   btnSaveModelleAs.set_enabled(writable && options_.b049);
-  const bool may_overwrite =
-      writable && options_.b057 && (!Check1.checked() || (changes_locked && chkAL.enabled()));
   for (Control* control :
        {static_cast<Control*>(&btnSaveModelle), static_cast<Control*>(&btnDeleteModelle),
         static_cast<Control*>(&chkStandard)}) {
-    control->set_enabled(may_overwrite);
+    control->set_enabled(may_overwrite());
   }
   for (Control* control : std::initializer_list<Control*>{
            &btnOk, &Frame1, &btnPlus, &btnMinus, &btnReplace, &btnInsert, &Formula, &cboOperator,

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "editor/editor_texts.h"
 #include "editor/f_selection.h"
 #include "editor/field_lists.h"
 #include "engine/model_relation.h"
@@ -14,6 +15,7 @@
 #include "platform/text.h"
 #include "relations/code_test.h"
 #include "relations/relation_codes.h"
+#include "relations/show_message.h"
 
 namespace kestrova {
 namespace {
@@ -73,6 +75,16 @@ std::string editor_relation(std::string_view code) {
   return rule == kEditorRelations.end() ? upper_trimmed_code(code) : std::string(rule->relation);
 }
 
+// Whether the text of a filter is to blame, which a user can mend in the editor, and not the
+// connection or the host. SQLSTATE class 42: a field that the database does not have (any more), or
+// that the user may not read.
+bool is_fault_of_filter(const Error& error) {
+  if (const auto* refused = dynamic_cast<const DatabaseError*>(&error)) {
+    return refused->sqlstate().starts_with("42");
+  }
+  return dynamic_cast<const ObjectNotSet*>(&error) == nullptr;
+}
+
 }  // namespace
 
 std::optional<ContractSelection> contract_selection(std::string_view relation) {
@@ -89,6 +101,7 @@ std::optional<ContractSelection> contract_selection(std::string_view relation) {
 }
 
 void F_Selection::InitForm(const KesVar& context, std::string& relation_code) {
+  require_quotable(relation_code);
   forget_relation();
   context_ = context;
   blnOracle = connection().kind() == ConnectionKind::kOracle;
@@ -109,6 +122,8 @@ void F_Selection::forget_relation() {
   strNickName.clear();
   strValue.clear();
   dbSelektion.reset();
+  seen_models_.clear();
+  contract_unread_ = false;
   for (EntryList* list : std::initializer_list<EntryList*>{&ListCriteria, &cboField, &cboOperator,
                                                            &cboValue, &Model}) {
     list->clear();
@@ -188,7 +203,34 @@ void F_Selection::select_start_model() {
   if (standard != -1) txtStandard.set_text(Model.entry_text(standard));
   if (Model.count() == 0) return;
   Model.set_index(std::max(standard, 0));
-  Model_DblClick();
+  if (const auto why = why_not_loaded([this] { Model_DblClick(); })) {
+    const std::string name = Model.text();
+    caption_ = kCaption;
+    // Nor may a save replace, with an empty list, what nobody has seen.
+    Model.set_index(-1);
+    ShowMessage(editor_text(context_, EditorText::kModelUnreadable, name, *why), kExclamationIcon);
+  }
+}
+
+std::optional<std::string> F_Selection::why_not_loaded(const std::function<void()>& load) {
+  std::string why;
+  try {
+    load();
+    return std::nullopt;
+  } catch (const Error& error) {
+    if (!is_fault_of_filter(error)) throw;
+    why = error.what();
+  }
+  ListCriteria.clear();
+  SetListButtons();
+  return why;
+}
+
+// An empty list that nobody has made would replace the selection of the contract.
+bool F_Selection::is_refused_by_unread_contract() {
+  if (!contract_unread_ || ListCriteria.count() > 0) return false;
+  ShowMessage(editor_text(context_, EditorText::kContractIsKept), kExclamationIcon);
+  return true;
 }
 
 void F_Selection::Run(const KesVar& context, std::string& strSelektion_Fr_Wh,

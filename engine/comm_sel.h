@@ -118,19 +118,21 @@ class Comm_Sel {
   // For relations that begin with "LEISTUNGS_BB", and for "VERLOHN", it also fills the temporary
   // table "#BB_LEISTUNGS_KOPF" with the records of the relation.
   //
-  // Raises TypeMismatch for a field part that is no whole number and Overflow for one beyond 16
-  // bits, InvalidArgument for a record that begins with "=" or with a lone ">", NoCurrentRecord for
-  // a field that SELEKTION does not hold, InvalidUseOfNull for one whose row names no table or
-  // column, and ObjectNotSet when a connection is needed and absent; a field that the suite does
-  // not offer raises the suite's error.
+  // Raises InvalidArgument, naming the record, for a criterion whose text is not closed in itself
+  // (quotes, brackets, parentheses, comments, ";", control characters) and for an IN list that
+  // would be cut; also for a record that begins with "=" or with a lone ">", and for a personnel
+  // number that is none. Raises TypeMismatch for a field part that is no whole number and Overflow
+  // for one beyond 16 bits, NoCurrentRecord for a field that SELEKTION does not hold,
+  // InvalidUseOfNull for one whose row names no table or column, and ObjectNotSet when a connection
+  // is needed and absent; a field that the suite does not offer raises the suite's error.
   std::string D_SelectionFromStr(const KesVar& KesVar, std::string_view Parameter,
                                  std::string_view strParameter, std::string_view strChar,
                                  std::string_view StrVer_Type, std::int32_t ID_Access_Levels) const;
 
   // The FROM/WHERE text of a saved model: its criteria string is looked up in MODELS by name and
   // model relation and translated as above, with the model relation as mode. A name that is not
-  // found, or empty, gives the base FROM/WHERE. The name goes into the query as it stands: one with
-  // an apostrophe raises DatabaseError.
+  // found, or empty, gives the base FROM/WHERE. A name with an apostrophe or a control character
+  // raises InvalidArgument before anything is asked.
   std::string D_Selection(const KesVar& KesVar, std::string_view Parameter,
                           std::string_view strModule_Name, std::string_view StrVer_Type_dll,
                           const std::int32_t& ID_Access_Levels) const;

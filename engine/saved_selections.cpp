@@ -4,6 +4,7 @@
 #include "engine/comm_sel.h"
 #include "engine/criterion.h"
 #include "engine/field_types.h"
+#include "engine/model_name.h"
 #include "engine/model_relation.h"
 #include "engine/queries.h"
 #include "platform/text.h"
@@ -48,6 +49,8 @@ std::string readable_criterion(const KesVar& context, const Relation& relation,
 std::string Comm_Sel::D_Selection(const KesVar& KesVar, std::string_view Parameter,
                                   std::string_view strModule_Name, std::string_view StrVer_Type_dll,
                                   const std::int32_t& ID_Access_Levels) const {
+  require_model_name(strModule_Name);
+  require_quotable(Parameter);
   const std::string model_relation = model_relation_for_lookup(Parameter);
   const std::string criteria = strModule_Name.empty()
                                    ? std::string()

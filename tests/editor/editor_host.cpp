@@ -131,6 +131,7 @@ EditorHost::EditorHost(std::shared_ptr<FakeSuite> its_suite, std::shared_ptr<Use
   state.strVerType = "R7";
   state.strBlank = " ";
   state.strDecimalSep = ",";
+  connection->answer_executes(1);  // the models are there
   connection->answer(kChangeModelsQuery, {{"A", FieldType::kInteger}}, {{1}});
 }
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "interface/module_state.h"
 #include "platform/error.h"
@@ -25,7 +26,10 @@ struct FailedAction {
 class AnsweringUser : public ScriptedUserInterface {
  public:
   using ScriptedUserInterface::ScriptedUserInterface;
-  MessageResult show_message(const Message&) override { return MessageResult::kYes; }
+  MessageResult show_message(const Message& message) override {
+    messages.push_back(message.prompt);
+    return MessageResult::kYes;
+  }
   std::optional<std::string> ask_text(std::string_view, std::string_view) override { return name; }
   void show_modal(ModalDialog& dialog) override {
     if (action) action();
@@ -34,6 +38,7 @@ class AnsweringUser : public ScriptedUserInterface {
 
   std::string name = "Drei";
   std::function<void()> action;
+  std::vector<std::string> messages;  // what was shown
 };
 
 // Lets this user answer from now on. Module state stays as it is.

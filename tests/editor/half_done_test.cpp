@@ -14,6 +14,7 @@ namespace {
 
 using ::testing::AnyOf;
 using ::testing::Each;
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Lines = std::vector<ListEntry>;
 using Texts = std::vector<std::string>;
@@ -60,7 +61,7 @@ class BrokenWindow : public ScriptedUserInterface {
 
 // Relations with the text field Holzart (10) and the number Anzahl (11) and with the model "Alt".
 struct HalfDoneHost : RunHost {
-  HalfDoneHost() { let_user_answer(*this); }
+  HalfDoneHost() { answering = let_user_answer(*this); }
 
   // The answer from now on: one that was valid so far is passed over.
   void answer_now(const std::string& sql, const Columns& columns, Rows rows) {
@@ -113,6 +114,8 @@ struct HalfDoneHost : RunHost {
     fill_lines({{"Anzahl = 1", 11}, {"Holzart = 'KI'", 10}});
     editor->ListCriteria.set_index(1);
   }
+
+  std::shared_ptr<AnsweringUser> answering;
 
   // A failing call of the database (counted from here), or of the services.
   void fail_call(bool of_database, std::size_t k) {
@@ -290,8 +293,7 @@ class Loading : public ::testing::Test {
   }
 };
 
-using Sources =
-    ::testing::Types<ModelSource, CatalogueModelSource, PassedSource, SubsetSource, ContractSource>;
+using Sources = ::testing::Types<ModelSource, CatalogueModelSource, PassedSource, SubsetSource>;
 
 struct SourceNames {
   template <class Source>
@@ -351,6 +353,155 @@ TYPED_TEST(Loading, ThatFailsAtAnyCallKeepsTheOldFilterOrHoldsTheNewOne) {
     EXPECT_EQ(state_of(host), after);
   });
   EXPECT_GT(kept, 3);
+}
+
+// --- Loading the selection of a contract: whoever may open the dialog can mend it there, and it is
+// not lost by an OK
+
+// Shows the dialog; the user does the action in it.
+template <class Action>
+void show_contract(ContractSource& host, const Action& action) {
+  host.answering->messages.clear();
+  host.answering->action = action;
+  host.show();
+  host.answering->action = nullptr;
+}
+
+const std::string kStaysAsItIs =
+    "Die Selektion des Vertrags konnte nicht geladen werden und bleibt deshalb, wie sie ist. Soll "
+    "sie leer werden, erst 'Neu' drücken, dann 'OK'.";
+
+std::string unreadable(const std::string& why) {
+  return "Die Selektion des Vertrags kann nicht geladen werden; die Liste ist leer. Grund: " + why;
+}
+
+struct UnreadContract : ContractSource {
+  UnreadContract() {
+    answer_contract(kContract, "10 = 'Huber; Söhne';");
+    provide("10 = 'Huber; Söhne';");
+  }
+  Value stored() {
+    return connection->open(kContract, CursorType::kForwardOnly, LockType::kReadOnly)
+        ->value("SELEKTION_VALUE");
+  }
+};
+
+TEST(LoadingAContract, ThatMeetsABadRecordTellsTheUserAndShowsAnEmptyList) {
+  for (const auto& [criteria, why] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"10 = 'FI';X = 1;", "'X' is no whole number."},
+           {"10 = 'Huber; Söhne';", "'' is no whole number."},
+       }) {
+    ContractSource host;
+    host.provide(criteria);
+    bool is_shown = false;
+    show_contract(host, [&] {
+      is_shown = true;
+      EXPECT_THAT(host.lines(), IsEmpty());
+      EXPECT_FALSE(host.editor->cmdUp.enabled());
+      EXPECT_FALSE(host.editor->cmdDown.enabled());
+      EXPECT_TRUE(host.editor->btnInsert.enabled());
+    });
+    EXPECT_TRUE(is_shown);
+    EXPECT_EQ(host.answering->messages, Texts({unreadable(why)}));
+    host.provide(kNewCriteria);
+    show_contract(host, [] {});
+    EXPECT_EQ(host.editor->ListCriteria.entries(), kNewLines);
+    EXPECT_THAT(host.answering->messages, IsEmpty());
+  }
+}
+
+TEST(LoadingAContract, ThatFailedKeepsItsSelectionUntilTheUserHasAnother) {
+  UnreadContract host;
+  module_state().strSelektion_Fr_Wh = "old text";
+  show_contract(host, [&] {
+    host.editor->btnOk.click();
+    EXPECT_TRUE(host.editor->is_visible());
+  });
+  EXPECT_EQ(host.answering->messages.back(), kStaysAsItIs);
+  EXPECT_EQ(module_state().blnOK, "Falsch");
+  EXPECT_EQ(module_state().strSelektion_Fr_Wh, "old text");
+  EXPECT_EQ(host.stored(), Value("10 = 'Huber; Söhne';"));
+
+  show_contract(host, [&] {
+    host.compose("Holzart", "=", "FI");
+    host.editor->btnInsert.click();
+    host.editor->btnOk.click();
+  });
+  EXPECT_EQ(host.stored(), Value("10 = 'FI';"));
+  EXPECT_EQ(module_state().blnOK, "Wahr");
+}
+
+TEST(LoadingAContract, ThatFailedIsEmptiedByNewAndOk) {
+  UnreadContract host;
+  show_contract(host, [&] {
+    host.editor->btnNew.click();
+    host.editor->btnOk.click();
+  });
+  EXPECT_EQ(host.answering->messages.size(), 1U);
+  EXPECT_EQ(host.stored(), Value(""));
+}
+
+TEST(LoadingAContract, ThatFailedIsReplacedByAnyOtherList) {
+  for (const bool is_model : {true, false}) {
+    UnreadContract host;
+    show_contract(host, [&] {
+      if (is_model) {
+        host.editor->Model_DblClick();  // a model without criteria
+      } else {
+        host.editor->FillListCriteria(host.context, "", "VERTP12");
+      }
+      host.editor->btnOk.click();
+    });
+    EXPECT_EQ(host.answering->messages.size(), 1U);
+    EXPECT_EQ(host.stored(), Value(""));
+  }
+}
+
+TEST(LoadingAContract, ThatFailedIsForgottenWithTheContract) {
+  UnreadContract host;
+  show_contract(host, [] {});
+  host.answer_models("1EXP");
+  host.start("1EXP");
+  host.editor->btnOk_Click();
+  EXPECT_EQ(module_state().blnOK, "Wahr");
+  EXPECT_EQ(host.answering->messages.size(), 1U);
+}
+
+TEST(LoadingAContract, ThatFailsAtAnyCallKeepsTheOldListOrTellsTheUser) {
+  ContractSource whole;
+  whole.provide(kNewCriteria);
+  const Calls calls = calls_of(whole, [&] { whole.load(); });
+  const std::string after = state_of(whole);
+  int told = 0;
+  for_every_call(calls, [&](bool of_database, std::size_t k) {
+    ContractSource host;
+    host.provide(kNewCriteria);
+    host.answering->messages.clear();
+    const Lines old_lines = host.editor->ListCriteria.entries();
+    host.fail_call(of_database, k);
+    const bool failed = fails([&] { host.load(); });
+    host.fail_no_call();
+    const Texts& messages = host.answering->messages;
+    if (!messages.empty()) {
+      ++told;
+      EXPECT_FALSE(of_database) << "errors of the connection reach the caller";
+      EXPECT_FALSE(failed);
+      EXPECT_THAT(
+          messages,
+          ElementsAre(::testing::StartsWith(unreadable("scripted service failure of call "))));
+      EXPECT_THAT(host.lines(), IsEmpty());
+    } else if (host.editor->ListCriteria.entries() == old_lines) {
+      EXPECT_TRUE(failed);
+    } else {
+      EXPECT_EQ(host.editor->ListCriteria.entries(), kNewLines);
+    }
+    EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+    EXPECT_EQ(host.editor->start_state(), 0);
+    EXPECT_FALSE(host.editor->is_visible());
+    host.load();
+    EXPECT_EQ(state_of(host), after);
+  });
+  EXPECT_GT(told, 3);
 }
 
 // --- Committing a contract

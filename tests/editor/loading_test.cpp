@@ -88,12 +88,22 @@ TEST(LoadModel, OfNullLoadsNothingButShowsItsName) {
   EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
 }
 
-TEST(LoadModel, WithoutARowLoadsNothing) {
+// Another user has deleted it: the list must not be taken for its filter.
+TEST(LoadModel, WithoutARowSaysSoAndKeepsTheList) {
   ModelHost host;
+  host.editor->Model.set_entry_text(0, "Neu");
   host.fill_lines({kOr});
   host.connection->answer("SELECT MODEL FROM MODELS WHERE ID = 70", {{"MODEL"}});
-  EXPECT_THAT(host.load(), IsEmpty());
+  try {
+    host.load();
+    ADD_FAILURE() << "no error";
+  } catch (const NoCurrentRecord& error) {
+    EXPECT_STREQ(error.what(), "The model 'Neu' has been deleted meanwhile.");
+  }
+  EXPECT_EQ(host.editor->ListCriteria.entries(), (Lines{kOr}));
   EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+  EXPECT_EQ(host.connection->open_recordsets(), 1U);
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
 }
 
 TEST(LoadModel, WithoutASelectedModelDoesNothing) {

@@ -13,6 +13,7 @@
 namespace kestrova::test {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Models = std::vector<ListEntry>;
@@ -120,10 +121,51 @@ struct ModelsHost : RunHost {
     editor->btnSaveModelleAs_Click();
   }
 
+  // What saving reads of a model that has been loaded.
+  static std::string text_query(int model) {
+    return "SELECT MODEL FROM MODELS WHERE ID = " + std::to_string(model);
+  }
+
+  // What another user has saved in a model.
+  void change_criteria(int model, const std::string& criteria) {
+    answer_criteria(model, criteria);
+    connection->open(text_query(model), CursorType::kForwardOnly, LockType::kReadOnly);
+    forget();
+  }
+
+  // Another user has deleted a model.
+  void delete_row(int model) {
+    connection->answer(text_query(model), {{"MODEL"}});
+    connection->open(text_query(model), CursorType::kForwardOnly, LockType::kReadOnly);
+    connection->answer_executes(0);
+    forget();
+  }
+
+  void expect_changed_question(const std::string& name, MessageResult answer) {
+    user->expect_message({changed_question(name), 308, "Kestrova", "", 0}, answer);
+  }
+  static std::string changed_question(const std::string& name) {
+    return "Das Modell '" + name +
+           "' ist geändert worden, seit es hier geladen oder gespeichert wurde. Soll es trotzdem "
+           "überschrieben werden?";
+  }
+
   Texts state_of(int model) const {
     return {"pointer hourglass", opened(model_state_query("VERLOHN", model)), "pointer default"};
   }
 };
+
+// The message of the error that an action raises.
+template <class Failure, class Action>
+std::string error_of(const Action& action) {
+  try {
+    action();
+  } catch (const Failure& error) {
+    return error.what();
+  }
+  ADD_FAILURE() << "no error";
+  return {};
+}
 
 Texts operator+(Texts first, const Texts& second) {
   first.insert(first.end(), second.begin(), second.end());
@@ -247,20 +289,22 @@ TEST(SaveAs, DoesNotListAModelThatIsNotFoundAgain) {
   EXPECT_EQ(host.connection->open_recordsets(), 0U);
 }
 
-// The quotes of a name are not doubled.
-TEST(SaveAs, FailsForANameWithAnApostrophe) {
+// The quotes of a name are not doubled: what follows one would be read as SQL.
+TEST(SaveAs, RefusesANameThatWouldEndItsTextBeforeAnyStatement) {
   ModelsHost host;
   host.fill_lines({{"Holzart = 'FI'", 5}});
-  const std::string sql = insert_of("5 = ''FI'';", "O'Brien");
-  host.connection->fail(sql, DatabaseError("Incorrect syntax near 'Brien'.", "42000", 102));
-  try {
-    host.save_as("O'Brien");
-    ADD_FAILURE() << "no error";
-  } catch (const DatabaseError& error) {
-    EXPECT_STREQ(error.what(), "Incorrect syntax near 'Brien'.");
-    EXPECT_EQ(error.native_code(), 102);
+  for (const std::string& name :
+       {std::string("O'Brien"), std::string("x',0,0,0,0,0)DROP TABLE MODELS--"),
+        std::string("a\nb"), std::string("a\u0085b"), std::string("a\0b", 3)}) {
+    EXPECT_EQ(error_of<InvalidArgument>([&] { host.save_as(name); }),
+              "The name of a model cannot hold an apostrophe or a control character.");
+    EXPECT_THAT(host.connection->statements(), IsEmpty());
   }
-  EXPECT_EQ(host.connection->statements(), Texts({sql}));
+  host.select(-1);
+  host.expect_name("O'Brien");
+  EXPECT_THROW(host.editor->btnSaveModelle_Click(), InvalidArgument);
+  EXPECT_THAT(host.connection->statements(), IsEmpty());
+  host.select(0);
   EXPECT_EQ(host.models(), kTwoModels);
   EXPECT_EQ(host.editor->Model.index(), 0);
   EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
@@ -358,7 +402,8 @@ TEST(Save, OverwritesTheSelectedModel) {
   host.select(1);
   host.fill_lines({{"Holzart = 'FI'", 5}, {"Menge >= 3,5", 6}});
   host.editor->btnSaveModelle_Click();
-  EXPECT_EQ(host.said(), Texts({executed(update_of("5 = ''FI'';6 >= 3,5;", 4))}));
+  EXPECT_EQ(host.said(),
+            host.state_of(4) + Texts({executed(update_of("5 = ''FI'';6 >= 3,5;", 4))}));
   EXPECT_EQ(host.models(), kTwoModels);
   EXPECT_EQ(host.editor->Model.index(), 1);
   EXPECT_EQ(host.editor->caption(), "Selektion: Neu");
@@ -392,7 +437,7 @@ TEST(Save, WithoutASelectedModelAsksBeforeItOverwrites) {
   host.expect_overwrite_question("Alt", MessageResult::kYes);
   host.editor->btnSaveModelle_Click();
   EXPECT_EQ(host.connection->statements(),
-            Texts({model_state_query("VERLOHN", 3), update_of("", 3)}));
+            Texts({model_state_query("VERLOHN", 3), ModelsHost::text_query(3), update_of("", 3)}));
   host.select(-1);
   host.expect_name("Alt");
   host.expect_overwrite_question("Alt", MessageResult::kNo);
@@ -457,10 +502,12 @@ TEST(Delete, RemovesTheModelFromDatabaseAndList) {
   host.suite->answers().standard_model = 4;
   host.editor->btnDeleteModelle_Click();
   const Texts said = host.said();
-  ASSERT_GE(said.size(), 2U);
-  EXPECT_EQ(said[0], executed("DELETE FROM MODELS WHERE ID = 3"));
-  EXPECT_EQ(said[1], "standard_model('VERLOHN', 0)");
-  EXPECT_EQ(host.connection->statements(), Texts({"DELETE FROM MODELS WHERE ID = 3"}));
+  const Texts begun = host.state_of(3) + Texts({executed("DELETE FROM MODELS WHERE ID = 3"),
+                                                "standard_model('VERLOHN', 0)"});
+  ASSERT_GE(said.size(), begun.size());
+  EXPECT_EQ(Texts(said.begin(), said.begin() + static_cast<std::ptrdiff_t>(begun.size())), begun);
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("VERLOHN", 3), "DELETE FROM MODELS WHERE ID = 3"}));
   EXPECT_EQ(host.models(), (Models{{"Neu", 4}}));
   EXPECT_EQ(host.editor->Model.index(), -1);
   EXPECT_EQ(host.editor->txtStandard.text(), "Neu");
@@ -500,9 +547,11 @@ TEST(Standard, SetsTheMarkWithinTheClassOfTheModel) {
   host.suite->answers().standard_model = 3;
   host.editor->chkStandard.click();
   EXPECT_TRUE(host.editor->chkStandard.checked());
-  EXPECT_EQ(host.said(),
-            Texts({"restrict('MODELS', '', 7)", executed(standard_of("VERLOHN", 3, " {MODELS,7}")),
-                   "standard_model('VERLOHN', 0)"}));
+  EXPECT_EQ(
+      host.said(),
+      host.state_of(3) +
+          Texts({"restrict('MODELS', '', 7)", executed(standard_of("VERLOHN", 3, " {MODELS,7}")),
+                 "pointer hourglass", "pointer default", "standard_model('VERLOHN', 0)"}));
   EXPECT_EQ(host.editor->txtStandard.text(), "Alt");
 }
 
@@ -513,8 +562,11 @@ TEST(Standard, ClearsTheMarkOfTheModelAlone) {
   ASSERT_TRUE(host.editor->chkStandard.checked());
   host.editor->txtStandard.set_text("Neu");
   host.editor->chkStandard.click();
-  EXPECT_EQ(host.said(), Texts({executed("UPDATE MODELS SET STANDARD = 0 WHERE ID = 4"),
-                                "standard_model('VERLOHN', 0)"}));
+  EXPECT_EQ(host.said(),
+            host.state_of(4) +
+                Texts({executed("UPDATE MODELS SET STANDARD = 0 WHERE ID = 4"), "pointer hourglass",
+                       "pointer default", "standard_model('VERLOHN', 0)"}));
+  EXPECT_FALSE(host.editor->chkStandard.checked());
   EXPECT_EQ(host.editor->txtStandard.text(), "");
 }
 
@@ -534,7 +586,8 @@ TEST(Standard, OfASharedRelationIsThatOfItsModelRelation) {
   host.start("2ABR5");
   host.forget();
   host.editor->chkStandard.set_checked(true);
-  EXPECT_EQ(host.connection->statements(), Texts({standard_of("2ABR1", 3, " {MODELS,7}")}));
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("2ABR1", 3), standard_of("2ABR1", 3, " {MODELS,7}")}));
 }
 
 // --- Lock
@@ -706,14 +759,335 @@ TEST(ModelBoxes, IgnoreClicksWhileThePointerIsBusy) {
 TEST(ModelButtons, DoWhatTheirHandlersDo) {
   ModelsHost host;
   host.editor->btnSaveModelle.click();
-  EXPECT_EQ(host.connection->statements(), Texts({update_of("", 3)}));
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("VERLOHN", 3), ModelsHost::text_query(3), update_of("", 3)}));
   host.forget();
   host.expect_name("");
   host.editor->btnSaveModelleAs.click();
   EXPECT_EQ(host.said(), Texts({kQuestion}));
   host.forget();
   host.editor->btnDeleteModelle.click();
-  EXPECT_EQ(host.connection->statements(), Texts({"DELETE FROM MODELS WHERE ID = 3"}));
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("VERLOHN", 3), "DELETE FROM MODELS WHERE ID = 3"}));
+}
+
+// --- Models that are gone
+
+const std::string kGone = "The model 'Alt' has been deleted meanwhile.";
+
+// Nothing but what the action has read is different.
+void expect_untouched(const ModelsHost& host, const std::vector<ListEntry>& lines) {
+  EXPECT_EQ(host.editor->ListCriteria.entries(), lines);
+  EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+  EXPECT_EQ(host.models(), kTwoModels);
+  EXPECT_EQ(host.editor->Model.index(), 0);
+  EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
+}
+
+const std::vector<ListEntry> kOneLine = {{"Holzart = 'FI'", 5}};
+
+TEST(GoneModel, IsNotSavedAndSaysSo) {
+  ModelsHost host;
+  host.fill_lines(kOneLine);
+  host.delete_row(3);
+  EXPECT_EQ(error_of<NoCurrentRecord>([&] { host.editor->btnSaveModelle_Click(); }), kGone);
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("VERLOHN", 3), ModelsHost::text_query(3)}));
+  expect_untouched(host, kOneLine);
+}
+
+// It goes between the reading and the statement, or was never loaded.
+TEST(GoneModel, IsNotSavedWhenTheStatementChangesNoRow) {
+  ModelsHost host;
+  host.fill_lines(kOneLine);
+  host.connection->answer_execute(update_of("5 = ''FI'';", 3), 0);
+  EXPECT_EQ(error_of<NoCurrentRecord>([&] { host.editor->btnSaveModelle_Click(); }), kGone);
+  expect_untouched(host, kOneLine);
+  host.connection->answer_execute(update_of("5 = ''FI'';", 4), 0);
+  host.select(1);
+  EXPECT_EQ(error_of<NoCurrentRecord>([&] { host.editor->btnSaveModelle_Click(); }),
+            "The model 'Neu' has been deleted meanwhile.");
+  EXPECT_EQ(host.editor->caption(), "Selektion: Alt");
+}
+
+TEST(GoneModel, IsNotSavedUnderItsNameEither) {
+  ModelsHost host;
+  host.fill_lines(kOneLine);
+  host.delete_row(4);
+  host.expect_name("Neu");
+  host.expect_overwrite_question("Neu", MessageResult::kYes);
+  EXPECT_EQ(error_of<NoCurrentRecord>([&] { host.editor->btnSaveModelleAs_Click(); }),
+            "The model 'Neu' has been deleted meanwhile.");
+  expect_untouched(host, kOneLine);
+  host.connection->answer_executes(1);
+  host.answer_new_model("Drei", 21);
+  host.save_as("Drei");
+  EXPECT_EQ(host.editor->caption(), "Selektion: Drei") << "the list can be kept under another name";
+}
+
+TEST(GoneModel, LeavesTheListWhenItIsDeleted) {
+  ModelsHost host;
+  host.fill_lines(kOneLine);
+  host.delete_row(3);
+  host.editor->btnDeleteModelle_Click();
+  EXPECT_EQ(host.models(), (Models{{"Neu", 4}}));
+  EXPECT_EQ(host.editor->ListCriteria.entries(), kOneLine);
+}
+
+TEST(GoneModel, GetsNoProperty) {
+  for (CheckBox SelectionDialog::*const member :
+       {&SelectionDialog::chkStandard, &SelectionDialog::Check1, &SelectionDialog::chkAL}) {
+    for (const bool before : {false, true}) {
+      ModelsHost host;
+      CheckBox& box = (*host.editor).*member;
+      SCOPED_TRACE(box.name() + (before ? " of a set box" : ""));
+      // The state is still the old one when it is read: the row goes just before the statement.
+      host.answer_model(3,
+                        {before ? 1 : 0, 0, before ? Value(7) : Value(), Value(), before ? 1 : 0});
+      host.select(0);
+      ASSERT_EQ(box.checked(), before);
+      host.connection->answer_executes(0);
+      EXPECT_EQ(error_of<NoCurrentRecord>([&] { box.click(); }), kGone);
+      EXPECT_EQ(box.checked(), before);
+      EXPECT_TRUE(host.connection->statements().back().starts_with("UPDATE MODELS SET "));
+      EXPECT_THAT(host.suite->calls_of("standard_model"), IsEmpty());
+      expect_untouched(host, {});
+    }
+  }
+}
+
+// --- Two users on one model
+
+TEST(ChangedModel, IsOverwrittenWhenTheUserAgrees) {
+  for (const MessageResult answer : {MessageResult::kNo, MessageResult::kYes}) {
+    ModelsHost host;
+    host.fill_lines(kOneLine);
+    host.change_criteria(3, "6 = 1;");
+    host.expect_changed_question("Alt", answer);
+    host.editor->btnSaveModelle_Click();
+    const Texts asked =
+        host.state_of(3) + Texts({opened(ModelsHost::text_query(3)),
+                                  "message '" + ModelsHost::changed_question("Alt") +
+                                      "', flags 308, title 'Kestrova'"});
+    EXPECT_EQ(host.said(), answer == MessageResult::kNo
+                               ? asked
+                               : asked + host.state_of(3) +
+                                     Texts({opened(ModelsHost::text_query(3)),
+                                            executed(update_of("5 = ''FI'';", 3))}));
+    expect_untouched(host, kOneLine);
+  }
+}
+
+TEST(ChangedModel, IsAskedAboutInTheUsersLanguage) {
+  ModelsHost host;
+  host.context.strLanguage = "EN";
+  host.run("", false, [&] {
+    host.change_criteria(3, "6 = 1;");
+    host.user->expect_message(
+        {"The model 'Alt' has been changed since it was loaded or saved here. "
+         "Shall it be overwritten all the same?",
+         308, "Kestrova", "", 0},
+        MessageResult::kNo);
+    host.editor->btnSaveModelle_Click();
+  });
+}
+
+TEST(ChangedModel, IsAskedAboutAgainWhenItChangesMeanwhile) {
+  ModelsHost host;
+  host.change_criteria(3, "6 = 1;");
+  host.answer_criteria(3, "6 = 2;");
+  host.expect_changed_question("Alt", MessageResult::kYes);
+  host.expect_changed_question("Alt", MessageResult::kNo);
+  host.editor->btnSaveModelle_Click();
+  host.user->verify();
+  EXPECT_THAT(host.connection->statements(), Each(::testing::StartsWith("SELECT ")));
+}
+
+TEST(ChangedModel, MayBeLockedOrDeletedWhileTheUserIsAsked) {
+  ModelsHost host;
+  host.set_options(false, true, true, true);
+  host.change_criteria(3, "6 = 1;");
+  host.answer_state(model_state_query("VERLOHN", 3), {1, 0, Value(), Value(), 0});
+  host.expect_changed_question("Alt", MessageResult::kYes);
+  EXPECT_THROW(host.editor->btnSaveModelle_Click(), InvalidArgument);
+
+  ModelsHost other;
+  other.change_criteria(3, "6 = 1;");
+  other.connection->answer(ModelsHost::text_query(3), {{"MODEL"}});
+  other.expect_changed_question("Alt", MessageResult::kYes);
+  EXPECT_EQ(error_of<NoCurrentRecord>([&] { other.editor->btnSaveModelle_Click(); }), kGone);
+}
+
+TEST(ChangedModel, IsOneThatDiffersFromWhatWasSavedHere) {
+  ModelsHost host;
+  host.fill_lines(kOneLine);
+  host.editor->btnSaveModelle_Click();
+  host.change_criteria(3, "5 = 'FI';");
+  host.editor->btnSaveModelle_Click();  // as it was saved
+  host.change_criteria(3, "");          // as it was loaded
+  host.expect_changed_question("Alt", MessageResult::kNo);
+  host.editor->btnSaveModelle_Click();
+}
+
+// What was refused has not been seen.
+TEST(ChangedModel, IsAskedAboutEachTime) {
+  ModelsHost host;
+  host.change_criteria(3, "6 = 1;");
+  for (int i = 0; i < 2; ++i) {
+    host.expect_changed_question("Alt", MessageResult::kNo);
+    host.editor->btnSaveModelle_Click();
+    host.user->verify();
+  }
+  host.editor->Model_DblClick();
+  EXPECT_THAT(host.lines(), ElementsAre("Menge = 1"));
+  host.editor->btnSaveModelle_Click();
+}
+
+TEST(ChangedModel, IsKnownToWhoHasMadeIt) {
+  ModelsHost host;
+  host.fill_lines(kOneLine);
+  host.answer_new_model("Drei", 21);
+  host.save_as("Drei");
+  host.answer_criteria(21, "5 = 'FI';");
+  host.editor->btnSaveModelle_Click();
+  host.change_criteria(21, "6 = 1;");
+  host.expect_changed_question("Drei", MessageResult::kNo);
+  host.editor->btnSaveModelle_Click();
+}
+
+TEST(ChangedModel, IsAskedAboutBehindTheNameToo) {
+  ModelsHost host;
+  host.select(1);
+  host.editor->Model_DblClick();
+  host.select(0);
+  host.change_criteria(4, "6 = 1;");
+  host.fill_lines(kOneLine);
+  host.expect_name("Neu");
+  host.expect_overwrite_question("Neu", MessageResult::kYes);
+  host.expect_changed_question("Neu", MessageResult::kNo);
+  host.editor->btnSaveModelleAs_Click();
+  EXPECT_THAT(host.connection->statements(), Each(::testing::StartsWith("SELECT ")));
+  EXPECT_EQ(host.editor->Model.index(), 0) << "nothing changes";
+  EXPECT_EQ(host.editor->caption(), "Selektion: Neu");
+}
+
+// Of a model that was never loaded here, nobody has expected a text.
+TEST(ChangedModel, IsNoneThatWasNeverLoaded) {
+  ModelsHost host;
+  host.change_criteria(4, "6 = 1;");
+  host.select(1);
+  host.editor->btnSaveModelle_Click();
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("VERLOHN", 4), update_of("", 4)}));
+}
+
+TEST(ChangedModel, IsForgottenWithTheRelation) {
+  ModelsHost host;
+  host.answer_models("VERLOHN", {{4, "Neu"}, {3, "Alt"}});
+  host.connection->open(models_query("VERLOHN"), CursorType::kForwardOnly, LockType::kReadOnly);
+  host.start("VERLOHN");
+  host.select(1);
+  host.change_criteria(3, "6 = 1;");
+  host.editor->btnSaveModelle_Click();
+  EXPECT_EQ(host.connection->statements(),
+            Texts({model_state_query("VERLOHN", 3), update_of("", 3)}));
+}
+
+// --- A lock set meanwhile
+
+// The user may overwrite models, but no locked ones; "Alt" and "Neu" have been locked meanwhile.
+struct LockedHost : ModelsHost {
+  LockedHost() {
+    set_options(true, false, true, true);
+    select(0);
+    fill_lines(kOneLine);
+    answer_model(3, {1, 0, Value(), Value(), 0});
+    answer_model(4, {1, 0, Value(), Value(), 0});
+    EXPECT_TRUE(editor->btnSaveModelle.enabled());
+  }
+
+  template <class Action>
+  void expect_locked(const std::string& name, const Action& action) {
+    EXPECT_EQ(error_of<InvalidArgument>(action),
+              "The model '" + name + "' is locked: it stays as it is.");
+    EXPECT_THAT(connection->statements(), Each(::testing::StartsWith("SELECT ")));
+    expect_untouched(*this, kOneLine);
+    EXPECT_TRUE(editor->Check1.checked()) << "the box shows the lock";
+    EXPECT_FALSE(editor->btnSaveModelle.enabled());
+    EXPECT_FALSE(editor->btnDeleteModelle.enabled());
+    EXPECT_FALSE(editor->chkStandard.enabled());
+  }
+};
+
+TEST(LockedMeanwhile, IsNotSaved) {
+  LockedHost host;
+  host.expect_locked("Alt", [&] { host.editor->btnSaveModelle.click(); });
+}
+
+TEST(LockedMeanwhile, IsNotDeleted) {
+  LockedHost host;
+  host.expect_locked("Alt", [&] { host.editor->btnDeleteModelle.click(); });
+}
+
+TEST(LockedMeanwhile, IsNotMadeTheStandard) {
+  LockedHost host;
+  host.expect_locked("Alt", [&] { host.editor->chkStandard.click(); });
+  EXPECT_FALSE(host.editor->chkStandard.checked());
+}
+
+TEST(LockedMeanwhile, KeepsItsStandardMark) {
+  LockedHost host;
+  host.answer_model(3, {0, 0, Value(), Value(), 1});
+  host.select(0);
+  host.answer_model(3, {1, 0, Value(), Value(), 1});
+  host.expect_locked("Alt", [&] { host.editor->chkStandard.click(); });
+  EXPECT_TRUE(host.editor->chkStandard.checked());
+}
+
+TEST(LockedMeanwhile, IsNotSavedUnderItsNameEither) {
+  LockedHost host;
+  host.expect_name("Neu");
+  host.expect_overwrite_question("Neu", MessageResult::kYes);
+  host.expect_locked("Neu", [&] { host.editor->btnSaveModelleAs.click(); });
+}
+
+TEST(LockedMeanwhile, IsChangedByWhoMayChangeLockedModels) {
+  ModelsHost host;
+  host.answer_model(3, {1, 0, Value(), Value(), 0});
+  host.editor->btnSaveModelle_Click();
+  EXPECT_EQ(host.connection->statements().back(), update_of("", 3));
+  host.editor->chkStandard.click();
+  EXPECT_EQ(host.connection->statements().back(), standard_of("VERLOHN", 3, " {MODELS,7}"));
+  host.editor->btnDeleteModelle_Click();
+  EXPECT_EQ(host.models(), (Models{{"Neu", 4}}));
+}
+
+// Each of the rights that enable the buttons for locked models.
+TEST(LockedMeanwhile, NeedsEveryRightOnLockedModels) {
+  for (int missing = 0; missing < 4; ++missing) {
+    SCOPED_TRACE(missing);
+    ModelsHost host;
+    host.set_options(missing != 0, missing != 1, missing != 2, missing != 3);
+    host.answer_model(3, {1, 0, Value(), Value(), 0});
+    EXPECT_THROW(host.editor->btnSaveModelle_Click(), InvalidArgument);
+  }
+}
+
+// --- For reading only
+
+TEST(ReadOnlyModels, AreNotWrittenWhateverIsCalled) {
+  ModelsHost host;
+  host.run("", true, [&] {
+    for (const auto action :
+         {&F_Selection::btnSaveModelle_Click, &F_Selection::btnSaveModelleAs_Click,
+          &F_Selection::btnDeleteModelle_Click, &F_Selection::chkStandard_Click,
+          &F_Selection::Check1_Click, &F_Selection::chkAL_Click}) {
+      host.forget();
+      (host.editor.get()->*action)();
+      EXPECT_THAT(host.said(), IsEmpty());
+    }
+    expect_untouched(host, {});
+  });
 }
 
 // --- What is enabled

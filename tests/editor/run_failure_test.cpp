@@ -1,12 +1,14 @@
 // Every database call and every service call of the editor fails once: the error reaches the caller
 // as it was raised, no row set stays open but the field catalogue, the pointer is the default one,
 // and the same action works afterwards. Only while the line that a list selects is loaded into the
-// field picker is an error trapped: the picker is then left unselected, and all else is done.
+// field picker is an error trapped: the picker is then left unselected, and all else is done. And a
+// start model or a contract's selection that cannot be loaded, when the database is not to blame,
+// is told to the user, who finds an empty list.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "tests/editor/run_host.h"
+#include "tests/editor/failing_calls.h"
 #include "tests/support/scripted_failure.h"
 
 namespace kestrova::test {
@@ -67,6 +69,20 @@ void expect_every_failure_to_reach_the_caller() {
         << "the failure is lost";
     EXPECT_EQ(state_of(host), state);
   };
+  int told = 0;
+  const auto expect_told = [&](const Prepared& host, std::size_t call) {
+    ++told;
+    ASSERT_EQ(host.answering->messages.size(), 1U);
+    EXPECT_NE(
+        host.answering->messages[0].find("die Liste ist leer. Grund: scripted service failure "
+                                         "of call " +
+                                         std::to_string(call) + ": "),
+        std::string::npos)
+        << host.answering->messages[0];
+    EXPECT_EQ(host.lines(), std::vector<std::string>());
+    EXPECT_EQ(host.editor->Model.index(), -1);
+    EXPECT_EQ(host.editor->caption(), "Selektion");
+  };
   const auto expect_recovery = [&](Prepared& host) {
     EXPECT_LE(host.connection->open_recordsets(), Prepared::kHeldRowSets);
     EXPECT_LE(host.suite->live_services(), 2U) << "only texts and model settings are kept";
@@ -91,18 +107,25 @@ void expect_every_failure_to_reach_the_caller() {
     host.forget();
     const std::size_t call = host.suite->calls_made() + k;
     if (!service_failure_reaches_caller(host, call, [&] { host.act(); })) {
-      expect_trapped(host, false, k);
+      if (host.answering->messages.empty()) {
+        expect_trapped(host, false, k);
+      } else {
+        expect_told(host, call);
+      }
     }
     expect_recovery(host);
   }
+  EXPECT_EQ(told > 0, Prepared::kTellsFaults);
 }
 
 // --- Relations whose fields stand in SELEKTION
 
 struct SonstSweep : RunHost {
   static constexpr std::size_t kHeldRowSets = 1;  // the field catalogue
+  static constexpr bool kTellsFaults = false;
 
   SonstSweep() {
+    answering = let_user_answer(*this);
     answer_fields("SONST", sonst_fields());
     answer_models("SONST", {{7, "Alt"}});
     answer_criteria(7, "10 <> 'FI';=== ODER ===;13 > '31.12.2024';");
@@ -116,9 +139,12 @@ struct SonstSweep : RunHost {
       suite->answers().texts[100 + id] = field.custom_text.empty() ? field.text : field.custom_text;
     }
   }
+
+  std::shared_ptr<AnsweringUser> answering;
 };
 
 struct StartSweep : SonstSweep {
+  static constexpr bool kTellsFaults = true;
   void act() { start("SONST"); }
 };
 
@@ -144,22 +170,12 @@ TEST(EditorFailures, OfCommitting) { expect_every_failure_to_reach_the_caller<Co
 
 // --- Relations that the suite knows
 
-// A user who closes every dialog at once: it is not shown when its preparation fails.
-class ClosingUser : public ScriptedUserInterface {
- public:
-  using ScriptedUserInterface::ScriptedUserInterface;
-  void show_modal(ModalDialog& dialog) override { dialog.close_requested(); }
-};
-
 struct CatalogueSweep : RunHost {
   static constexpr std::size_t kHeldRowSets = 0;
+  static constexpr bool kTellsFaults = false;
 
   CatalogueSweep() {
-    const ModuleState state = module_state();
-    user = std::make_shared<ClosingUser>(log);
-    install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                  [this] { return editor; }});
-    module_state() = state;
+    answering = let_user_answer(*this);
     offer("LOG", {{"Holzart", 5}, {"Datum", 6}});
     offer("VERLOHN", {{"Holzart", 5}, {"Datum", 6}});
     suite->answers().field_formats = {{6, "dd.mm.yyyy"}};
@@ -178,6 +194,8 @@ struct CatalogueSweep : RunHost {
     Results results;
     editor->Run(context, results.text, results.formula, false, subset);
   }
+
+  std::shared_ptr<AnsweringUser> answering;
 };
 
 struct StartCatalogueSweep : CatalogueSweep {
@@ -190,6 +208,7 @@ struct RunSubsetSweep : CatalogueSweep {
 };
 
 struct RunContractSweep : CatalogueSweep {
+  static constexpr bool kTellsFaults = true;
   RunContractSweep() { start("VERTP12"); }
   void act() { show(""); }
 };

@@ -425,9 +425,108 @@ TEST(StartModel, WithoutRestrictionIsOneOfAllModels) {
       "ELSE 1 END)";
   EXPECT_THAT(
       host.connection->statements(),
-      ElementsAre("UPDATE MODELS SET STANDARD = (CASE WHEN MODELS.ID = 9 THEN 1 ELSE 0 END) "
+      ElementsAre(model_state_query("SONST", 9),
+                  "UPDATE MODELS SET STANDARD = (CASE WHEN MODELS.ID = 9 THEN 1 ELSE 0 END) "
                   "WHERE RELATION = 'SONST' AND " +
-                  model_class + " = (SELECT " + model_class + " FROM MODELS WHERE ID = 9)"));
+                      model_class + " = (SELECT " + model_class + " FROM MODELS WHERE ID = 9)"));
+}
+
+// --- A start model that cannot be loaded
+
+std::string unreadable(const std::string& model, const std::string& why) {
+  return "Das Modell '" + model + "' kann nicht geladen werden; die Liste ist leer. Grund: " + why;
+}
+
+// "SONST" with the models "Alt" (7) and "Neu" (9), of which the latter is the standard.
+struct BadStart : TwoModels {
+  explicit BadStart(const std::string& criteria) {
+    suite->answers().standard_model = 9;
+    connection->answer("SELECT MODEL FROM MODELS WHERE ID = 9", {{"MODEL"}}, {{criteria}});
+    // The answer of before is passed over.
+    connection->open("SELECT MODEL FROM MODELS WHERE ID = 9", CursorType::kForwardOnly,
+                     LockType::kReadOnly);
+    connection->answer("SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 99",
+                       {{"ID_STRING", FieldType::kInteger}});
+    connection->answer("SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 10",
+                       {{"ID_STRING", FieldType::kInteger}}, {{110}});
+  }
+
+  void expect_started_without_a_model() {
+    user->verify();
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_EQ(editor->Model.entries(), (std::vector<ListEntry>{{"Alt", 7}, {" Neu ", 9}}));
+    EXPECT_EQ(editor->Model.index(), -1) << "a save must not overwrite it with the empty list";
+    EXPECT_EQ(editor->txtStandard.text(), " Neu ");
+    EXPECT_EQ(editor->caption(), "Selektion");
+    EXPECT_EQ(editor->cboField.count(), 3);
+    EXPECT_EQ(user->pointer(), PointerShape::kDefault);
+    run("", false, [this] {
+      EXPECT_TRUE(editor->btnInsert.enabled());
+      editor->Model.set_index(0);
+      editor->Model_DblClick();
+      EXPECT_THAT(lines(), ElementsAre("=== ODER ==="));
+    });
+  }
+};
+
+TEST(StartModel, ThatCannotBeReadIsToldAndTheEditorOpens) {
+  for (const auto& [criteria, why] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"10 = 'Huber; Söhne';", "'' is no whole number."},
+           {"X = 1;", "'X' is no whole number."},
+           {"40000 = 1;", "The number 40000 does not fit 16 bits."},
+           {"99 = 1;", "The row set stands at its end."}}) {
+    SCOPED_TRACE(criteria);
+    BadStart host(criteria);
+    host.user->expect_message({unreadable(" Neu ", why), kExclamationIcon, "Kestrova", "", 0});
+    host.start("SONST");
+    host.expect_started_without_a_model();
+  }
+}
+
+TEST(StartModel, WhoseFieldTheDatabaseRefusesIsToldToo) {
+  BadStart host("10 = 'FI';");
+  host.connection->fail("SELECT * FROM SELEKTION WHERE ID_SELEKTION = 10",
+                        DatabaseError("Invalid object name 'LAGER'.", "42S02", 208));
+  host.user->expect_message(
+      {unreadable(" Neu ", "Invalid object name 'LAGER'."), kExclamationIcon, "Kestrova", "", 0});
+  host.start("SONST");
+  host.expect_started_without_a_model();
+}
+
+TEST(StartModel, ThatAnotherUserHasDeletedIsToldToo) {
+  BadStart host("");
+  host.connection->answer("SELECT MODEL FROM MODELS WHERE ID = 9", {{"MODEL"}});
+  host.connection->open("SELECT MODEL FROM MODELS WHERE ID = 9", CursorType::kForwardOnly,
+                        LockType::kReadOnly);
+  host.user->expect_message({unreadable(" Neu ", "The model ' Neu ' has been deleted meanwhile."),
+                             kExclamationIcon, "Kestrova", "", 0});
+  host.start("SONST");
+  host.expect_started_without_a_model();
+}
+
+TEST(StartModel, IsToldInTheUsersLanguage) {
+  BadStart host("X = 1;");
+  host.context.strLanguage = "EN";
+  host.user->expect_message(
+      {"The model ' Neu ' cannot be loaded; the list is empty. Reason: 'X' is no whole number.",
+       kExclamationIcon, "Kestrova", "", 0});
+  host.start("SONST");
+  host.expect_started_without_a_model();
+}
+
+// A message about a model would hide what is wrong.
+TEST(StartModel, IsNotBlamedForTheConnectionOrTheHost) {
+  BadStart dead("10 = 'FI';");
+  dead.connection->fail("SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 10",
+                        DatabaseError("Communication link failure", "08S01"));
+  dead.connection->open("SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 10",
+                        CursorType::kForwardOnly, LockType::kReadOnly);
+  EXPECT_THROW(dead.start("SONST"), DatabaseError);
+  EXPECT_EQ(dead.user->pointer(), PointerShape::kDefault);
+
+  BadStart unset("10 = 'FI';");
+  unset.context.dbado = nullptr;  // for the lookups; the editor has that of the start
+  EXPECT_THROW(unset.start("SONST"), ObjectNotSet);
 }
 
 TEST(StartModel, OfARunIsThatOfAllRuns) {

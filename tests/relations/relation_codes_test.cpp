@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <set>
 
+#include "platform/error.h"
 #include "platform/text.h"
 #include "tests/support/golden.h"
 
@@ -107,6 +108,28 @@ TEST(KnownRelationCodes, ListThePrefixesAndTheGroupsWrittenOut) {
                              "HIZBB_SELEKTION_MVIZ"}) {
     EXPECT_THAT(known, ::testing::Contains(listed));
   }
+}
+
+TEST(RelationCodes, ANumberInACodeIsDigitsWithOrWithoutBlanks) {
+  EXPECT_EQ(personnel_number("4ARB17"), "17");
+  EXPECT_EQ(personnel_number("4PLN 17 "), " 17 ");
+  EXPECT_EQ(personnel_number("4ARB"), "");
+  EXPECT_EQ(contract_number("VERTP12"), 12);
+  EXPECT_EQ(contract_number("VertM 7 "), 7);
+  EXPECT_EQ(contract_number("VERTP"), 0);
+  for (const char* code : {"4ARBX", "4ARB1 2", "4ARB-1", "4ARB1.5", "4ARB17 OR 1=1"}) {
+    EXPECT_THROW(personnel_number(code), InvalidArgument) << code;
+  }
+  for (const char* code : {"VERTPREIS", "VERTP-1", "VERTP12 OR 1=1"}) {
+    EXPECT_THROW(contract_number(code), InvalidArgument) << code;
+  }
+  EXPECT_THROW(contract_number("VERTP3000000000"), Overflow);
+  EXPECT_THROW(contract_number("VERTP" + std::string(40, '9')), Overflow);
+}
+
+TEST(RelationCodes, ACodeWithAnApostropheGoesIntoNoStatement) {
+  EXPECT_NO_THROW(require_quotable("HIZ_SELEKTION_ä"));
+  EXPECT_THROW(require_quotable("HIZ_SELEKTION_' OR '1'='1"), InvalidArgument);
 }
 
 }  // namespace

@@ -286,7 +286,7 @@ std::int64_t RecordingConnection::execute(std::string_view batch) {
   statements_.emplace_back(batch);
   call("execute " + std::string(batch));
   const Answer* answer = next_answer(batch);
-  if (answer == nullptr) return 0;
+  if (answer == nullptr) return rows_affected_;
   const auto* rows_affected = std::get_if<std::int64_t>(answer);
   return rows_affected != nullptr ? *rows_affected : 0;
 }

@@ -54,8 +54,10 @@ class RecordingConnection : public Connection {
   // in the order in which they were scripted; the last one stays valid.
   void answer(std::string sql, Columns columns, Rows rows = {});
 
-  // Answers the next execute of exactly this text. A text without a script changes 0 rows.
+  // Answers the next execute of exactly this text.
   void answer_execute(std::string sql, std::int64_t rows_affected);
+  // What every execute of a text without a script answers from now on; 0 at first.
+  void answer_executes(std::int64_t rows_affected) { rows_affected_ = rows_affected; }
 
   // Lets the next open or execute of exactly this text fail.
   void fail(std::string sql, DatabaseError error);
@@ -115,6 +117,7 @@ class RecordingConnection : public Connection {
   std::vector<std::string> statements_;
   std::map<std::string, Answers, std::less<>> answers_;
   std::map<std::string, std::shared_ptr<Result>> tables_;  // by upper-cased name
+  std::int64_t rows_affected_ = 0;
   std::size_t calls_made_ = 0;
   std::size_t first_failing_call_ = 0;  // 0: none
   std::size_t last_failing_call_ = 0;

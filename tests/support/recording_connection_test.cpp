@@ -89,6 +89,9 @@ TEST(RecordingConnection, AnswersExecutesWithTheScriptedCountsAndOthersWithNone)
   EXPECT_EQ(connection.execute("DELETE FROM A"), 0);
   EXPECT_EQ(connection.execute("DELETE FROM C"), 0);
   EXPECT_EQ(message_of([&] { connection.execute("DELETE FROM B"); }), "no permission");
+  connection.answer_executes(2);
+  EXPECT_EQ(connection.execute("DELETE FROM C"), 2);
+  EXPECT_EQ(connection.execute("DELETE FROM A"), 0) << "a script goes before";
 }
 
 TEST(RecordingConnection, RefusesToOpenWhatIsNotScripted) {
