@@ -165,8 +165,8 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
                         std::string_view relation);
 
   // The FROM/WHERE text of the lines as they are now, as a stored filter of them would be
-  // translated: nothing is stored, and the results stay. "" for an empty list, and for the
-  // relations whose translation fills a temporary table.
+  // translated: nothing is stored, and the results stay. "" for an empty list, for the relations
+  // whose translation fills a temporary table, and for those whose stored filters have none.
   std::string counted_from_where() const;
 
   // --- What views and hosts read

@@ -1,6 +1,8 @@
 #include "editor/row_counter.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "editor/f_selection.h"
@@ -18,6 +20,15 @@ using Clock = std::chrono::steady_clock;
 
 // What a user does not feel while typing.
 constexpr auto kMostPerRow = 80ms;
+
+// The mode in which a stored filter of the relation is translated. Nothing for those of which only
+// a commit makes a text: in any mode, other records would be counted.
+std::optional<std::string_view> stored_filter_mode(std::string_view code) {
+  if (IsCatalogueRelation(code)) return "";
+  if (code.starts_with("4ARB") || code.starts_with("4PLN")) return "4ARB";
+  if (code == "1VN") return "WAREN";
+  return std::nullopt;
+}
 
 class EditorRowCounter final : public RowCounter {
  public:
@@ -88,15 +99,11 @@ std::shared_ptr<RowCounter> make_row_counter(const F_Selection& editor) {
   return std::make_shared<EditorRowCounter>(editor);
 }
 
-// Outside the catalogue the relation decides between the two modes of stored filters.
 std::string F_Selection::counted_from_where() const {
   const bool fills_table = strParameter.starts_with("LEISTUNGS_BB") || strParameter == "VERLOHN";
-  if (ListCriteria.count() == 0 || fills_table) return {};
-  const bool is_work_order = strParameter.starts_with("4ARB") || strParameter.starts_with("4PLN");
-  const std::string mode = IsCatalogueRelation(strParameter) ? ""
-                           : is_work_order                   ? "4ARB"
-                                                             : "WAREN";
-  return Comm_Sel().D_SelectionFromStr(context_, strParameter, mode, GetWriteString(context_),
+  const auto mode = stored_filter_mode(strParameter);
+  if (ListCriteria.count() == 0 || fills_table || !mode) return {};
+  return Comm_Sel().D_SelectionFromStr(context_, strParameter, *mode, GetWriteString(context_),
                                        module_state().strVerType, context_.lngAccessLevel);
 }
 

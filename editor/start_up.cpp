@@ -101,7 +101,6 @@ std::optional<ContractSelection> contract_selection(std::string_view relation) {
 }
 
 void F_Selection::InitForm(const KesVar& context, std::string& relation_code) {
-  require_quotable(relation_code);
   forget_relation();
   context_ = context;
   blnOracle = connection().kind() == ConnectionKind::kOracle;

@@ -50,7 +50,6 @@ std::string Comm_Sel::D_Selection(const KesVar& KesVar, std::string_view Paramet
                                   std::string_view strModule_Name, std::string_view StrVer_Type_dll,
                                   const std::int32_t& ID_Access_Levels) const {
   require_model_name(strModule_Name);
-  require_quotable(Parameter);
   const std::string model_relation = model_relation_for_lookup(Parameter);
   const std::string criteria = strModule_Name.empty()
                                    ? std::string()

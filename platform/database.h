@@ -133,8 +133,11 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Opens the rows of a query. A source without any blank is the name of a table and means all of
-  // its rows. Raises DatabaseError when the database refuses it.
+  // Opens the rows of a query: of one SELECT, and nothing else. A source without any blank is the
+  // plain name of a table and means all of its rows. Anything that the server might read as more
+  // raises DatabaseError (42000) and is not sent: a batch, a change, SELECT ... INTO, a procedure's
+  // call (platform/single_select.h, in every adapter). What fills a temporary table is for
+  // execute(). Raises DatabaseError when the database refuses the text.
   virtual std::unique_ptr<Recordset> open(std::string_view source, CursorType cursor,
                                           LockType lock) = 0;
 

@@ -270,11 +270,6 @@ std::vector<std::string> known_relation_codes() {
   return codes;
 }
 
-void require_quotable(std::string_view code) {
-  if (code.find('\'') == std::string_view::npos) return;
-  throw InvalidArgument("A relation code cannot hold an apostrophe: " + std::string(code));
-}
-
 std::string_view personnel_number(std::string_view code) {
   const std::string_view number = text::mid(code, 5);
   require_digits(code, number);

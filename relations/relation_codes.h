@@ -28,10 +28,6 @@ std::string_view GetRelationTableKey(std::string_view code);
 // outside the "HIZBB_SELEKTION_" family.
 std::string_view access_table_key(std::string_view code);
 
-// A code that goes into a statement between apostrophes, as models are asked for, must not end the
-// text that it stands in: raises InvalidArgument for one that holds an apostrophe.
-void require_quotable(std::string_view code);
-
 // What a relation code carries behind its first four characters, as it stands: the personnel number
 // of "4ARB17", "4PLN17" or "4PAG17"; "" for none. It becomes part of a condition as it is, so that
 // it must be digits, with or without blanks around them: raises InvalidArgument for anything else.

@@ -484,6 +484,8 @@ void EditorCommands::down(const std::string&) { navigate(dialog().cmdDown); }
 void EditorCommands::move(const std::string& argument) {
   ListBox& lines = dialog().ListCriteria;
   require_reachable(lines);
+  // In a list that is shown for reading only a line is dragged in vain.
+  require_reachable(dialog().btnReplace);
   const std::vector<int> numbers = number_arguments(argument, 2);
   for (const int number : numbers) {
     if (number < 1 || number > lines.count()) refuse("there is no line " + std::to_string(number));

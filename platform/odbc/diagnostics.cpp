@@ -10,6 +10,23 @@ namespace {
 
 constexpr std::string_view kLost = "08S01";
 
+// A record that SQL Server itself has written is marked so by every driver.
+constexpr std::string_view kServerMark = "[SQL Server]";
+
+struct NativeRow {
+  int native_code;
+  std::string_view standard;
+};
+
+// clang-format off
+// Numbers of SQL Server that some drivers give under a state that says less.
+constexpr std::array kNativeCodes = {
+    NativeRow{18456, "28000"},  // the login failed
+    NativeRow{8115,  "22003"},  // arithmetic overflow
+    NativeRow{220,   "22003"},  // overflow of a small type
+};
+// clang-format on
+
 struct StateRow {
   std::string_view sqlstate;
   std::string_view text;  // what the record's text contains, "" for anything
@@ -43,6 +60,15 @@ constexpr std::array kStates = {
 };
 // clang-format on
 
+// "" when the record is none of the numbers'.
+std::string_view state_by_number(const DiagnosticRecord& record) {
+  if (!text::contains_ignoring_case(record.text, kServerMark)) return "";
+  const auto row = std::find_if(kNativeCodes.begin(), kNativeCodes.end(), [&](const NativeRow& r) {
+    return r.native_code == record.native_code;
+  });
+  return row == kNativeCodes.end() ? "" : row->standard;
+}
+
 std::string_view standard_state(const DiagnosticRecord& record) {
   const auto row = std::find_if(kStates.begin(), kStates.end(), [&](const StateRow& r) {
     return r.sqlstate == record.sqlstate && text::contains_ignoring_case(record.text, r.text);
@@ -71,14 +97,34 @@ std::string shortened(std::string_view sql) {
   return std::string(text::left(sql, kShown)) + " ...";
 }
 
+bool is_error(const DiagnosticRecord& record) {
+  constexpr std::array<std::string_view, 3> kCompletions = {"00", "01", "02"};
+  return std::none_of(kCompletions.begin(), kCompletions.end(),
+                      [&record](std::string_view c) { return record.sqlstate.starts_with(c); });
+}
+
+// The record that says what has happened; there is one at least.
+const DiagnosticRecord& decisive(const std::vector<DiagnosticRecord>& records) {
+  const auto error = std::find_if(records.begin(), records.end(), is_error);
+  return error == records.end() ? records.front() : *error;
+}
+
 }  // namespace
+
+bool hold_error(const std::vector<DiagnosticRecord>& records) {
+  return std::any_of(records.begin(), records.end(), is_error);
+}
 
 std::string standard_sqlstate(const std::vector<DiagnosticRecord>& records) {
   if (records.empty()) return "HY000";
   for (const DiagnosticRecord& record : records) {
     if (standard_state(record) == kLost) return std::string(kLost);
   }
-  return std::string(standard_state(records.front()));
+  for (const DiagnosticRecord& record : records) {
+    const std::string_view state = state_by_number(record);
+    if (!state.empty()) return std::string(state);
+  }
+  return std::string(standard_state(decisive(records)));
 }
 
 DatabaseError error_of(const std::vector<DiagnosticRecord>& records, std::string_view statement) {
@@ -90,7 +136,7 @@ DatabaseError error_of(const std::vector<DiagnosticRecord>& records, std::string
   }
   if (records.empty()) message = "The driver tells no reason.";
   if (!statement.empty()) message += " [" + std::string(statement) + "]";
-  return {message, standard_sqlstate(records), records.empty() ? 0 : records.front().native_code};
+  return {message, standard_sqlstate(records), records.empty() ? 0 : decisive(records).native_code};
 }
 
 std::string statement_name(std::size_t index, std::string_view statement) {

@@ -15,8 +15,13 @@ struct DiagnosticRecord {
   std::string text;
 };
 
-// The SQLSTATE of the first record as ODBC defines it: some drivers pass on their database's own,
-// or none. "08S01" when any record tells that the connection is lost.
+// Whether a record tells of more than a completion: the classes 00 (success), 01 (warning) and 02
+// (no data).
+bool hold_error(const std::vector<DiagnosticRecord>& records);
+
+// The SQLSTATE of the first record that is an error, or else of the first one, as ODBC defines it:
+// some drivers pass on their database's own, or none. "08S01" when any record tells that the
+// connection is lost; of a record of SQL Server the state that belongs to its number.
 std::string standard_sqlstate(const std::vector<DiagnosticRecord>& records);
 
 // All records, and the statement (shortened) unless it is empty:

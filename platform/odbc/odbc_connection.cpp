@@ -4,11 +4,10 @@
 #include "platform/odbc/batch.h"
 #include "platform/odbc/odbc_recordset.h"
 #include "platform/odbc/odbc_session.h"
+#include "platform/single_select.h"
 
 namespace kestrova {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r\n\v\f";
 
 class OdbcConnection final : public Connection {
  public:
@@ -17,9 +16,7 @@ class OdbcConnection final : public Connection {
 
   std::unique_ptr<Recordset> open(std::string_view source, CursorType cursor,
                                   LockType lock) override {
-    std::string query(source);
-    if (source.find_first_of(kBlanks) == std::string_view::npos) query = "SELECT * FROM " + query;
-    return std::make_unique<odbc::OdbcRecordset>(session_, std::move(query), cursor, lock);
+    return std::make_unique<odbc::OdbcRecordset>(session_, single_select(source), cursor, lock);
   }
 
   // SQL Server reads a batch itself; of other databases each statement is asked for alone.

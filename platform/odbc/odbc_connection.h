@@ -53,15 +53,19 @@ struct OdbcOptions {
 //
 // Errors of this connection, those of connecting included, tell every diagnostic record of the
 // driver (text, SQLSTATE, native code) and the statement; passwords and other secrets of the
-// connection string are replaced by "***" in them. An SQLSTATE that begins with "08" means that
-// there is no connection any more; every later call raises it again.
+// connection string are replaced by "***" in them. A note beside a success that is no warning is an
+// error, too: some drivers tell so that a result has broken off behind its last row. An SQLSTATE
+// that begins with "08" means that there is no connection any more; every later call raises it
+// again.
 //
 // Updating row sets (keyset or any cursor with an optimistic or pessimistic lock) write through the
 // driver's cursor where it grants one that can be updated. Else update() is an UPDATE by the
-// primary key and the row's old values, which the driver must name: rows of a query that joins,
-// groups or unites are refused. Either way exactly one row is written, or none and an error is
-// raised: also when the row was changed or deleted by somebody else in the meantime. A value is
-// sent as what it is and turned into the column's type by the server.
+// primary key, which the driver must know, and the row's old values. A driver that names neither
+// table nor columns (FreeTDS) leaves them to be read in the query: "*", or columns under their own
+// names. Rows of a query that joins, groups or unites are refused with the reason. Either way
+// exactly one row is written, or none and an error is raised: also when the row was changed or
+// deleted by somebody else in the meantime. A value is sent as what it is and turned into the
+// column's type by the server.
 std::shared_ptr<Connection> open_odbc(const std::string& connection_string,
                                       const OdbcOptions& options = {});
 

@@ -26,12 +26,11 @@ void OdbcRecordset::open_query() {
   current_ = 0;
   changes_.clear();
   target_.reset();
-  target_sought_ = false;
   StatementHandle statement = session_->new_statement();
   if (updatable_) ask_for_cursor(*session_, statement, lock_);
   session_->run(statement, query_, name_);
-  find_result(statement);
   columns_ = read_columns(*session_, statement, name_);
+  if (columns_.empty()) throw DatabaseError("The text returns no rows. [" + name_ + "]", "24000");
   sources_.clear();
   for (std::size_t i = 0; updatable_ && i < columns_.size(); ++i) {
     sources_.push_back(session_->source_of(statement, i));
@@ -41,15 +40,6 @@ void OdbcRecordset::open_query() {
     cursor_ = std::move(statement);
   }
   moved_ = false;
-}
-
-// Results without columns are those of statements before the query.
-void OdbcRecordset::find_result(const StatementHandle& statement) {
-  while (session_->column_count(statement, name_) == 0) {
-    if (!session_->next_result(statement, name_)) {
-      throw DatabaseError("The text returns no rows. [" + name_ + "]", "24000");
-    }
-  }
 }
 
 void OdbcRecordset::check_open() const {
@@ -132,17 +122,18 @@ std::size_t OdbcRecordset::position_of(std::string_view name) const {
 // Asks the database for the key only when a row is about to be written.
 void OdbcRecordset::check_writable() {
   if (!updatable_) throw DatabaseError("The row set was opened read-only.", "HY092");
-  if (cursor_) return;
-  if (!target_sought_) target_ = find_target(*session_, query_, sources_);
-  target_sought_ = true;
-  if (!target_) throw DatabaseError("The rows of this row set cannot be told apart.", "HY092");
+  if (!cursor_ && !target_) target_ = find_target(*session_, query_, columns_, sources_);
+}
+
+bool OdbcRecordset::is_writable(std::size_t position) const {
+  return cursor_ ? !sources_[position].table.table.empty() : target_->has_column(position);
 }
 
 void OdbcRecordset::set_value(std::string_view name, const Value& value) {
   const std::size_t position = position_of(name);
   check_current();
   check_writable();
-  if (sources_[position].table.table.empty()) {
+  if (!is_writable(position)) {
     throw DatabaseError(
         "The column '" + columns_[position].name + "' cannot be changed through this row set.",
         "HY092");

@@ -35,10 +35,10 @@ class OdbcRecordset final : public Recordset {
 
  private:
   void open_query();
-  void find_result(const StatementHandle& statement);
   void check_open() const;
   void check_current() const;
   void check_writable();
+  bool is_writable(std::size_t position) const;  // behind check_writable()
   std::size_t position_of(std::string_view name) const;
   const ResultColumn& column(std::size_t position) const;
 
@@ -53,11 +53,10 @@ class OdbcRecordset final : public Recordset {
   std::vector<ResultColumn> columns_;
   ResultRows rows_;
   std::size_t current_ = 0;
-  Changes changes_;                    // of the current row
-  StatementHandle cursor_;             // if the driver has granted one that can be updated
-  std::vector<SourceColumn> sources_;  // of an updatable row set
-  bool target_sought_ = false;
-  std::optional<UpdateTarget> target_;
+  Changes changes_;                     // of the current row
+  StatementHandle cursor_;              // if the driver has granted one that can be updated
+  std::vector<SourceColumn> sources_;   // of an updatable row set
+  std::optional<UpdateTarget> target_;  // where there is no cursor, as soon as a row is written
 };
 
 }  // namespace kestrova::odbc

@@ -163,15 +163,11 @@ void Session::run(const StatementHandle& statement, std::string_view sql, const 
     result =
         SQLExecDirect(statement.get(), narrow(utf8.data()), static_cast<SQLINTEGER>(utf8.size()));
   }
-  // An UPDATE or DELETE that meets no row answers that there is no data.
-  if (result != SQL_NO_DATA) check(result, statement, name);
+  has_data(result, statement, name);  // none is what an UPDATE or DELETE answers that meets no row
 }
 
 bool Session::next_result(const StatementHandle& statement, const std::string& name) {
-  const SQLRETURN result = SQLMoreResults(statement.get());
-  if (result == SQL_NO_DATA) return false;
-  check(result, statement, name);
-  return true;
+  return has_data(SQLMoreResults(statement.get()), statement, name);
 }
 
 std::size_t Session::column_count(const StatementHandle& statement, const std::string& name) {
@@ -264,26 +260,40 @@ std::vector<std::string> Session::primary_key(const TableName& table) {
     auto& [c, s, t] = copy;
     result = call(SQLPrimaryKeys, narrow, c, s, t);
   }
-  std::vector<std::string> columns;
-  while (SQL_SUCCEEDED(result) && SQL_SUCCEEDED(result = SQLFetch(statement.get()))) {
-    constexpr SQLUSMALLINT kColumnName = 4;
+  const std::string name = "key of " + table.table;
+  // A driver may know no keys; a part of a key, or a lost connection, is no such answer.
+  if (!SQL_SUCCEEDED(result)) {
+    if (connection_is_dead()) fail(statement, name);
+    return {};
+  }
+  const auto text = [&](SQLUSMALLINT column) {
     char16_t buffer[512] = {};
     SQLLEN bytes = 0;
-    const SQLRETURN read = SQLGetData(statement.get(), kColumnName, SQL_C_WCHAR, buffer,
-                                      SQLLEN{sizeof buffer}, &bytes);
-    if (!SQL_SUCCEEDED(read) || bytes <= 0) return {};
-    columns.push_back(to_utf8(std::u16string_view(buffer)));
-  }
-  // A driver may know no keys; a part of a key, or a lost connection, is no such answer.
-  const bool is_broken = !SQL_SUCCEEDED(result) && result != SQL_NO_DATA;
-  if (is_broken && (!columns.empty() || connection_is_dead())) {
-    fail(statement, "key of " + table.table);
+    check(SQLGetData(statement.get(), column, SQL_C_WCHAR, buffer, SQLLEN{sizeof buffer}, &bytes),
+          statement, name);
+    return to_utf8(std::u16string_view(buffer));
+  };
+  std::vector<std::string> columns;
+  TableName first;
+  while (has_data(SQLFetch(statement.get()), statement, name)) {
+    const TableName owner{text(1), text(2), text(3)};
+    if (columns.empty()) first = owner;
+    if (owner != first) return {};
+    columns.push_back(text(4));
   }
   return columns;
 }
 
+bool Session::has_data(SQLRETURN result, const StatementHandle& statement,
+                       const std::string& name) {
+  if (result == SQL_SUCCESS) return true;
+  const bool is_note = result == SQL_SUCCESS_WITH_INFO || result == SQL_NO_DATA;
+  if (!is_note || hold_error(records_of(SQL_HANDLE_STMT, statement.get()))) fail(statement, name);
+  return result != SQL_NO_DATA;
+}
+
 void Session::check(SQLRETURN result, const StatementHandle& statement, const std::string& name) {
-  if (!SQL_SUCCEEDED(result)) fail(statement, name);
+  if (!has_data(result, statement, name)) fail(statement, name);
 }
 
 void Session::fail(const StatementHandle& statement, const std::string& name) {

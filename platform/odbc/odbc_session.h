@@ -69,10 +69,15 @@ class Session {
                            const std::string& name);
   SourceColumn source_of(const StatementHandle& statement, std::size_t column);
 
-  // The names of a table's key columns; none when it has no key or the driver cannot tell.
+  // The names of a table's key columns; none when it has no key, the driver cannot tell, or there
+  // are several tables of the name.
   std::vector<std::string> primary_key(const TableName& table);
 
-  // Raises what the driver says when the call did not succeed; notes of success are no error.
+  // Raises what the driver says when the call did not succeed, and also when it did but one of its
+  // notes is no warning: a driver may call the rows before an error a success. False when there is
+  // no data (more).
+  bool has_data(SQLRETURN result, const StatementHandle& statement, const std::string& name);
+  // The same where data must be.
   void check(SQLRETURN result, const StatementHandle& statement, const std::string& name);
   [[noreturn]] void fail(const StatementHandle& statement, const std::string& name);
 

@@ -26,8 +26,7 @@ bool read_pieces(Session& session, const StatementHandle& statement, ReadAs read
     const SQLRETURN result =
         SQLGetData(statement.get(), static_cast<SQLUSMALLINT>(position + 1), c_type(read_as),
                    bytes.data() + read, SQLLEN{kPieceBytes}, &length);
-    if (result == SQL_NO_DATA) break;
-    session.check(result, statement, name);
+    if (!session.has_data(result, statement, name)) break;
     if (length == SQL_NULL_DATA) return false;
     const bool is_last =
         length != SQL_NO_TOTAL && static_cast<std::size_t>(length) + terminator <= kPieceBytes;
@@ -80,10 +79,7 @@ class BlockReader {
   ResultRows read_all() {
     ResultRows rows(columns_);
     std::size_t before = 0;  // rows of earlier blocks
-    for (;;) {
-      const SQLRETURN result = SQLFetch(statement_.get());
-      if (result == SQL_NO_DATA) return rows;
-      session_.check(result, statement_, name_);
+    while (session_.has_data(SQLFetch(statement_.get()), statement_, name_)) {
       if (fetched_ == 0) {
         throw DatabaseError("The driver does not tell how many rows it has read.", "HY000");
       }
@@ -97,6 +93,7 @@ class BlockReader {
       }
       before += fetched_;
     }
+    return rows;
   }
 
  private:
@@ -175,10 +172,8 @@ ResultRows read_in_pieces(Session& session, const StatementHandle& statement,
   ResultRows rows(columns);
   std::vector<RawValue> row(columns.size());
   std::vector<std::vector<std::byte>> bytes(columns.size());
-  for (std::size_t position = 1;; ++position) {
-    const SQLRETURN result = SQLFetch(statement.get());
-    if (result == SQL_NO_DATA) return rows;
-    session.check(result, statement, name);
+  for (std::size_t position = 1; session.has_data(SQLFetch(statement.get()), statement, name);
+       ++position) {
     // In the order of the columns, which is all that many drivers allow.
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const bool has_value =
@@ -187,6 +182,7 @@ ResultRows read_in_pieces(Session& session, const StatementHandle& statement,
     }
     rows.add_row(position, row);
   }
+  return rows;
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/error.h"
-#include "platform/odbc/batch.h"
 #include "platform/odbc/parameter.h"
+#include "platform/odbc/plain_query.h"
 #include "platform/text.h"
 
 namespace kestrova::odbc {
@@ -51,8 +51,7 @@ Row fetch_again(Session& session, const StatementHandle& cursor,
   const RowStatus status(cursor);
   const SQLRETURN result =
       SQLFetchScroll(cursor.get(), SQL_FETCH_ABSOLUTE, static_cast<SQLLEN>(position));
-  if (result == SQL_NO_DATA || status.is(SQL_ROW_DELETED)) report_deleted();
-  session.check(result, cursor, name);
+  if (status.is(SQL_ROW_DELETED) || !session.has_data(result, cursor, name)) report_deleted();
   return read_row(session, cursor, columns, name);
 }
 
@@ -80,6 +79,31 @@ class BoundChanges {
 };
 
 // --- By the key
+
+constexpr const char* kNotOneTable = "the query does not answer the rows of one table";
+
+[[noreturn]] void refuse_target(const std::string& reason) {
+  throw DatabaseError("The rows of this row set cannot be told apart: " + reason + ".", "HY092");
+}
+
+// The table and columns that the driver names; no table when it names none.
+UpdateTarget named_target(const std::vector<SourceColumn>& sources) {
+  UpdateTarget target;
+  for (const SourceColumn& source : sources) {
+    const bool has_table = !source.table.table.empty();
+    target.columns.push_back(has_table ? source.column : "");
+    if (!has_table) continue;
+    if (target.table.table.empty()) target.table = source.table;
+    if (source.table != target.table) refuse_target(kNotOneTable);
+  }
+  return target;
+}
+
+UpdateTarget target_of(const PlainQuery& query, const std::vector<ResultColumn>& columns) {
+  std::vector<std::string> names;
+  for (const ResultColumn& column : columns) names.push_back(column.name);
+  return {.table = query.table, .key = {}, .columns = source_columns(query, names)};
+}
 
 class ParameterList {
  public:
@@ -259,23 +283,28 @@ Row write_through_cursor(Session& session, const StatementHandle& cursor,
                        [&] { return fetch_again(session, cursor, columns, position, name); });
 }
 
-std::optional<UpdateTarget> find_target(Session& session, std::string_view query,
-                                        const std::vector<SourceColumn>& sources) {
-  UpdateTarget target;
-  for (const SourceColumn& source : sources) {
-    const bool has_table = !source.table.table.empty();
-    target.columns.push_back(has_table ? source.column : "");
-    if (!has_table) continue;
-    if (target.table.table.empty()) target.table = source.table;
-    if (source.table != target.table) return std::nullopt;
+UpdateTarget find_target(Session& session, std::string_view query,
+                         const std::vector<ResultColumn>& columns,
+                         const std::vector<SourceColumn>& sources) {
+  const std::optional<PlainQuery> plain = plain_query(query);
+  if (!plain) refuse_target(kNotOneTable);
+  UpdateTarget target = named_target(sources);
+  if (target.table.table.empty()) {
+    target = target_of(*plain, columns);
+  } else if (!text::equal_ignoring_case(target.table.table, plain->table.table)) {
+    refuse_target(kNotOneTable);
   }
-  if (!answers_rows_of_one_table(query, target.table.table)) return std::nullopt;
+  const std::string& table = target.table.table;
   for (const std::string& column : session.primary_key(target.table)) {
-    const auto found = std::find(target.columns.begin(), target.columns.end(), column);
-    if (found == target.columns.end()) return std::nullopt;
+    const auto found = std::find_if(
+        target.columns.begin(), target.columns.end(),
+        [&column](const std::string& c) { return text::equal_ignoring_case(c, column); });
+    if (found == target.columns.end()) {
+      refuse_target("the column " + column + " of the key of " + table + " is not among them");
+    }
     target.key.push_back(static_cast<std::size_t>(found - target.columns.begin()));
   }
-  if (target.key.empty()) return std::nullopt;
+  if (target.key.empty()) refuse_target("the driver names no primary key of " + table);
   return target;
 }
 

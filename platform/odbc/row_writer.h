@@ -2,7 +2,6 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,9 +35,11 @@ struct UpdateTarget {
   bool has_column(std::size_t position) const { return !columns[position].empty(); }
 };
 
-// Nothing when the rows cannot be told apart.
-std::optional<UpdateTarget> find_target(Session& session, std::string_view query,
-                                        const std::vector<SourceColumn>& sources);
+// From what the driver names, or else from the query. Raises DatabaseError (HY092) when the rows
+// cannot be told apart.
+UpdateTarget find_target(Session& session, std::string_view query,
+                         const std::vector<ResultColumn>& columns,
+                         const std::vector<SourceColumn>& sources);
 
 Row write_by_key(Session& session, const UpdateTarget& target,
                  const std::vector<ResultColumn>& columns, const Row& row, const Changes& changes);

@@ -1,13 +1,12 @@
 #include "platform/sqlite/sqlite_connection.h"
 
 #include "platform/error.h"
+#include "platform/single_select.h"
 #include "platform/sqlite/sqlite_recordset.h"
 #include "platform/sqlite/sqlite_session.h"
 
 namespace kestrova {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r\n\v\f";
 
 class SqliteConnection final : public Connection {
  public:
@@ -15,9 +14,7 @@ class SqliteConnection final : public Connection {
 
   std::unique_ptr<Recordset> open(std::string_view source, CursorType cursor,
                                   LockType lock) override {
-    std::string text(source);
-    if (source.find_first_of(kBlanks) == std::string_view::npos) text = "SELECT * FROM " + text;
-    return std::make_unique<sql::SqliteRecordset>(session_, std::move(text), cursor, lock);
+    return std::make_unique<sql::SqliteRecordset>(session_, single_select(source), cursor, lock);
   }
 
   std::int64_t execute(std::string_view batch) override { return session_->execute(batch); }

@@ -4,11 +4,13 @@
 
 #include <tuple>
 
+#include "editor/row_counter.h"
 #include "tests/editor/run_host.h"
 
 namespace kestrova::test {
 namespace {
 
+using ::testing::IsEmpty;
 using Results = RunHost::Results;
 using Texts = std::vector<std::string>;
 
@@ -424,6 +426,38 @@ TEST(CommitContract, StoresTheListAndBuildsTheText) {
               "FHP_IMPORT.ID_FHP_IMPORT IS NULL AND (EXPR(LOG,5) = 'X')");
     const auto row = host.connection->open(source, CursorType::kForwardOnly, LockType::kReadOnly);
     EXPECT_EQ(row->value("SELEKTION_VALUE"), Value("5 = 'X';"));
+  }
+}
+
+// --- The text that a view counts
+
+struct CountedHost : SuiteHost {
+  CountedHost(const std::string& code, const std::string& key) : SuiteHost(code, key, key) {
+    const SelektionRow art = {.id = 5, .name = "ART", .nickname = "ART", .table = "LAGER"};
+    know_type(art, FieldType::kVarWChar);
+    answer_catalogue({{0, art}}, {art});
+    put(*this, {"Art = 'X'"});
+    forget();
+  }
+};
+
+TEST(Counted, IsTheTextOfAStoredFilter) {
+  EXPECT_EQ(CountedHost("4PLN17", "4PLN").editor->counted_from_where(),
+            " FROM LAGER WHERE ARBEITSAUFTRAG_KOPF.PERSONAL_ID=17 AND (LAGER.ART = 'X')");
+  EXPECT_EQ(CountedHost("4ARB17", "4ARB").editor->counted_from_where(),
+            " FROM <BBF,5,R7> WHERE ARBEITSAUFTRAG_KOPF.PERSONAL_ID=17 AND (EXPR(BBF,5) = 'X')");
+  EXPECT_EQ(CountedHost("1VN", "1VN").editor->counted_from_where(),
+            " FROM <WAREN,0,R7>,LAGER WHERE (LAGER.ART = 'X')");
+}
+
+// Their records are not those that a stored filter of any mode selects.
+TEST(Counted, IsNothingOfRelationsThatOnlyACommitTranslates) {
+  for (const char* code : {"BBF", "PERSONAL", "SONST"}) {
+    SCOPED_TRACE(code);
+    CountedHost host(code, code);
+    EXPECT_EQ(host.editor->counted_from_where(), "");
+    EXPECT_EQ(make_row_counter(*host.editor)->begin(), RowCount::kNone);
+    EXPECT_THAT(host.connection->statements(), IsEmpty());
   }
 }
 

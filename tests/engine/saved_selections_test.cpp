@@ -122,7 +122,6 @@ TEST_F(SavedModel, ANameThatCouldEndItsLiteralIsRefusedBeforeAnythingIsAsked) {
   for (const char* name : {"O'Brien", "x' OR '1'='1", "a\tb", "a\xC2\x85"}) {
     EXPECT_THROW(select("JAGD_HUNDE", name), InvalidArgument) << name;
   }
-  EXPECT_THROW(select("JAGD_HUNDE' OR '1'='1", "Hunde"), InvalidArgument);
   EXPECT_THAT(*host.log, ::testing::IsEmpty());
 }
 

@@ -309,7 +309,8 @@ TEST_F(ForestEditor, FailsToSaveANameWithAnApostrophe) {
   const Table before = everything();
   const Texts names = listed();
   const int index = editor().Model.index();
-  EXPECT_THROW(save_as("O'Brien"), DatabaseError);
+  EXPECT_THROW(save_as("O'Brien"), InvalidArgument);
+  EXPECT_THROW(save_as("x','1VM',1,1,1,1)--"), InvalidArgument);
   EXPECT_EQ(everything(), before);
   EXPECT_EQ(listed(), names);
   EXPECT_EQ(editor().Model.index(), index);
@@ -333,6 +334,80 @@ TEST_F(ForestEditor, OverwritesAModelOnceTheUserHasAgreed) {
             (Table{{"7 = 'Schutzausrüstung';"}}));
   EXPECT_EQ(everything().size(), before.size());
   EXPECT_EQ(editor().Model.text(), "Nachbestellen");
+}
+
+// --- What another user has done meanwhile
+
+TEST_F(ForestEditor, AsksBeforeItOverwritesWhatAnotherUserHasSaved) {
+  as_north();
+  facade_.c_Selection_Model_DblClick("Nachbestellen");
+  editor().btnSaveModelle.click();  // its own text
+  db().execute("UPDATE MODELS SET MODEL = '7 = ''X'';' WHERE NAME = 'Nachbestellen'");
+  const Message question{
+      "Das Modell 'Nachbestellen' ist geändert worden, seit es hier geladen oder gespeichert "
+      "wurde. "
+      "Soll es trotzdem überschrieben werden?",
+      308, "Kestrova", "", 0};
+  const Table before = everything();
+  user_->expect_message(question, MessageResult::kNo);
+  editor().btnSaveModelle.click();
+  EXPECT_EQ(everything(), before);
+  user_->expect_message(question, MessageResult::kYes);
+  editor().btnSaveModelle.click();
+  EXPECT_EQ(rows(db(), "SELECT MODEL FROM MODELS WHERE NAME = 'Nachbestellen'"),
+            (Table{{facade_.GetWriteString(context_)}}));
+}
+
+TEST_F(ForestEditor, SavesLoadsAndMarksNothingThatAnotherUserHasDeleted) {
+  as_north();
+  facade_.c_Selection_Model_DblClick("Schutzausrüstung");
+  facade_.c_Selection_Model_DblClick("Teure Artikel");
+  const Models lines = editor().ListCriteria.entries();
+  db().execute("DELETE FROM MODELS WHERE RELATION = 'WAREN' AND NAME = 'Teure Artikel'");
+  const Table before = everything();
+  EXPECT_THROW(editor().btnSaveModelle.click(), NoCurrentRecord);
+  EXPECT_THROW(editor().Model.double_click(), NoCurrentRecord);
+  for (CheckBox* box : {&editor().chkStandard, &editor().Check1, &editor().chkAL}) {
+    EXPECT_THROW(box->click(), NoCurrentRecord) << box->name();
+    EXPECT_FALSE(box->checked()) << box->name();
+  }
+  EXPECT_EQ(everything(), before);
+  EXPECT_EQ(editor().ListCriteria.entries(), lines);
+  EXPECT_EQ(editor().caption(), "Selektion: Teure Artikel");
+  editor().btnDeleteModelle.click();
+  EXPECT_THAT(listed(), ElementsAre("Lagerartikel", "Nachbestellen", "Schutzausrüstung"));
+  EXPECT_EQ(everything(), before);
+}
+
+TEST_F(ForestEditor, LeavesAModelThatAnotherUserHasLocked) {
+  db().execute("UPDATE OPTIONEN SET NUMBER_VALUE = 0 WHERE PROPERTY_ID = 'CHANGE_MODELS'");
+  as_north();
+  facade_.c_Selection_Model_DblClick("Nachbestellen");
+  db().execute("UPDATE MODELS SET NICHT_ANDERBAR = 1 WHERE NAME = 'Nachbestellen'");
+  const Table before = everything();
+  EXPECT_THROW(editor().btnSaveModelle.click(), InvalidArgument);
+  EXPECT_TRUE(editor().Check1.checked());
+  EXPECT_FALSE(editor().btnSaveModelle.enabled());
+  EXPECT_THROW(editor().btnDeleteModelle_Click(), InvalidArgument);
+  pick("Lagerartikel");
+  user_->expect_text_question(text(198), "Kestrova", "Nachbestellen");
+  user_->expect_message({text(245) + " 'Nachbestellen' " + text(197), 308, "Kestrova", "", 0},
+                        MessageResult::kYes);
+  EXPECT_THROW(editor().btnSaveModelleAs.click(), InvalidArgument);
+  EXPECT_EQ(everything(), before);
+}
+
+TEST_F(ForestEditor, OpensAlthoughItsStandardModelCannotBeRead) {
+  db().execute("UPDATE MODELS SET MODEL = '7 = ''Huber; Söhne'';' WHERE NAME = 'Lagerartikel'");
+  user_->expect_message(
+      {"Das Modell 'Lagerartikel' kann nicht geladen werden; die Liste ist leer. "
+       "Grund: '' is no whole number.",
+       kExclamationIcon, "Kestrova", "", 0});
+  as_north();
+  EXPECT_EQ(editor().ListCriteria.count(), 0);
+  EXPECT_EQ(editor().Model.index(), -1);
+  facade_.c_Selection_Model_DblClick("Nachbestellen");
+  EXPECT_GT(editor().ListCriteria.count(), 0);
 }
 
 TEST_F(ForestEditor, DeletesTheSelectedModelOnly) {

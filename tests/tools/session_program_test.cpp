@@ -354,9 +354,9 @@ TEST_F(SessionProgram, AsksForTheNameOfAModel) {
             "Saved. Selektion: " + name.substr(0, 40) + "\n");
 }
 
-TEST_F(SessionProgram, KeepsADatabaseErrorOfAModel) {
+TEST_F(SessionProgram, RefusesANameWithAnApostrophe) {
   EXPECT_EQ(refusal({"1VM"}, "save as O'Brien\n"),
-            "line 1: Incorrect syntax near '1VM' at position 152.");
+            "line 1: The name of a model cannot hold an apostrophe or a control character.");
 }
 
 // --- How a session ends --------------------------------------------------------------------------
@@ -420,6 +420,9 @@ TEST_F(SessionProgram, ThatIsReadOnlyShowsAndChangesNothing) {
                              {"insert", "btnInsert"},
                              {"delete", "btnDelete"},
                              {"or", "btnOr"},
+                             {"up", "cmdUp"},
+                             {"down", "cmdDown"},
+                             {"move 1 2", "btnReplace"},
                              {"field Holzart", "cboField"},
                              {"value FI", "cboValue"},
                              {"load #3", "Model"},

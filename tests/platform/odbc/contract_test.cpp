@@ -145,6 +145,11 @@ const ContractAdapter kAdapters[] = {
          [](const std::vector<ContractTable>& tables) {
            return load(open_odbc(kDialectDriver), tables, {});
          }},
+    {.name = "LikeFreeTds",
+     .connect =
+         [](const std::vector<ContractTable>& tables) {
+           return load(open_odbc(kDriverLikeFreeTds), tables, {});
+         }},
     postgresql_adapter("PostgresqlCursors", "UpdatableCursors=1"),
     postgresql_adapter("PostgresqlSearched", "UpdatableCursors=0"),
 };

@@ -19,6 +19,9 @@ inline constexpr const char* kSqliteDriver = "Driver=SQLite3;Database=:memory:";
 // database in memory.
 inline constexpr const char* kDialectDriver = "Driver=" KESTROVA_DIALECT_DRIVER;
 
+// The same with FreeTDS's limits: no cursors that can be updated, no names of tables and columns.
+inline constexpr const char* kDriverLikeFreeTds = "Driver=" KESTROVA_DIALECT_DRIVER ";Like=FreeTDS";
+
 // Raises std::runtime_error, which fails the test, when the server is not there.
 std::string postgresql();
 

@@ -41,6 +41,21 @@ TEST(Diagnostics, AStatementIsNamedWithItsNumberAndItsFirst300Characters) {
   EXPECT_EQ(statement_name(0, long_text.substr(2)), "statement 1: " + long_text.substr(2));
 }
 
+TEST(Diagnostics, TheRecordThatIsAnErrorGivesTheNumber) {
+  EXPECT_EQ(error_of({{"01003", 8153, "a"}, {"22012", 8134, "b"}}, "").native_code(), 8134);
+  EXPECT_EQ(error_of({{"01003", 8153, "a"}, {"01000", 1, "b"}}, "").native_code(), 8153);
+}
+
+TEST(Diagnostics, EveryStateButThoseOfACompletionIsAnError) {
+  EXPECT_FALSE(hold_error({}));
+  EXPECT_FALSE(
+      hold_error({{"01000", 0, ""}, {"01S02", 0, ""}, {"00000", 0, ""}, {"02000", 0, ""}}));
+  for (const char* state : {"22012", "HY000", "08S01", "42000", "S1000", ""}) {
+    EXPECT_TRUE(hold_error({{state, 0, ""}})) << state;
+    EXPECT_TRUE(hold_error({{"01000", 0, ""}, {state, 0, ""}})) << state;
+  }
+}
+
 struct StateCase {
   const char* name;
   std::vector<DiagnosticRecord> records;
@@ -74,6 +89,13 @@ INSTANTIATE_TEST_SUITE_P(Records, SqlState, testing::Values(
     StateCase{"SqliteSyntax", {{"HY000", 1, "[SQLite]near \"FORM\": syntax error (1)"}}, "42000"},
     StateCase{"SqliteDuplicate", {{"HY000", 19, "[SQLite]UNIQUE constraint failed: T.ID (19)"}}, "23000"},
     StateCase{"SqliteOther", {{"HY000", 8, "[SQLite]attempt to write a readonly database (8)"}}, "HY000"},
+    StateCase{"SqlServerLogin", {{"42000", 18456, "[FreeTDS][SQL Server]Login failed for user 'x'."}}, "28000"},
+    StateCase{"SqlServerLoginBehindAnotherRecord", {{"08001", 0, "[FreeTDS][SQL Server]Unable to connect"}, {"42000", 18456, "[FreeTDS][SQL Server]Login failed for user 'x'."}}, "28000"},
+    StateCase{"SqlServerOverflow", {{"HY019", 8115, "[FreeTDS][SQL Server]Arithmetic overflow"}}, "22003"},
+    StateCase{"SqlServerSmallOverflow", {{"42000", 220, "[FreeTDS][SQL Server]Arithmetic overflow for data type tinyint"}}, "22003"},
+    StateCase{"NumbersOfOthers", {{"HY000", 220, "[Oracle]name"}}, "HY000"},
+    StateCase{"ErrorBehindAWarning", {{"01003", 8153, "Null value is eliminated."}, {"22012", 8134, "Divide by zero."}}, "22012"},
+    StateCase{"OnlyWarnings", {{"01000", 0, "Can't open lib"}, {"01003", 0, ""}}, "01000"},
     StateCase{"OldDriverMissingTable", {{"S0002", 0, ""}}, "42S02"}),
     [](const auto& test) { return std::string(test.param.name); });
 // clang-format on

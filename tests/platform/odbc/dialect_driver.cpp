@@ -3,6 +3,11 @@
 // one open result per connection, values fetched in the order of their columns and not again,
 // keyset cursors that can be updated beside other results, and texts in bytes only.
 //
+// With "Like=FreeTDS" in the connection string it behaves as that driver does: no cursors, no names
+// of the tables and columns that a result shows, and an error behind rows of a block is a note of a
+// success, behind which the result is at its end. A text that holds "(NAME fails)" has the function
+// of that name answer an error in such a note, behind a warning.
+//
 // No server is needed, so the adapter and the command line program run here in the server's
 // dialect from the driver manager on. It stands for no server in what SQL means there.
 #include <sql.h>
@@ -18,6 +23,8 @@
 #include "platform/error.h"
 #include "platform/odbc/connection_string.h"
 #include "platform/odbc/utf16.h"
+#include "platform/single_select.h"
+#include "platform/sql_text.h"
 #include "platform/sqlite/sqlite_connection.h"
 #include "platform/text.h"
 
@@ -41,7 +48,9 @@ struct Statement;
 
 struct Source : Object {
   std::shared_ptr<Connection> connection;
-  const Statement* busy = nullptr;  // whose result has not been fetched to its end
+  bool like_freetds = false;
+  std::map<std::string, std::string> keys;  // the key column of each table made on this connection
+  const Statement* busy = nullptr;          // whose result has not been fetched to its end
 };
 
 struct Binding {
@@ -58,13 +67,16 @@ struct Statement : Object {
   void close() {
     if (source.busy == this) source.busy = nullptr;
     rows.reset();
-    started = false;
+    started = broken = false;
   }
   bool updatable() const { return concurrency != SQL_CONCUR_READ_ONLY; }
 
   Source& source;
   std::unique_ptr<Recordset> rows;
+  std::string sql;
+  std::map<SQLUSMALLINT, Binding> parameters;
   std::int64_t changed = 0;
+  bool broken = false;   // an error has ended the result
   bool started = false;  // stands on a row, or behind the last
   std::map<SQLUSMALLINT, Binding> bindings;
   std::vector<bool> writable;
@@ -88,6 +100,13 @@ SQLRETURN fail(Object& object, const std::string& state, int native, const std::
   return SQL_ERROR;
 }
 
+// A note of a success that tells an error behind a warning.
+SQLRETURN add_error_note(Object& object, SQLRETURN result) {
+  fail(object, "01003", 8153, "Null value is eliminated by an aggregate");
+  fail(object, "22012", 8134, "Divide by zero error encountered.");
+  return result == SQL_SUCCESS ? SQL_SUCCESS_WITH_INFO : result;
+}
+
 // A call on an object: its diagnostics begin anew, and errors become diagnostics.
 template <class Call>
 SQLRETURN guarded(Object& object, Call call) {
@@ -99,6 +118,14 @@ SQLRETURN guarded(Object& object, Call call) {
   } catch (const std::exception& error) {
     return fail(object, "HY000", 0, error.what());
   }
+}
+
+// The same of a statement's function of this name, which fails when the text says so.
+template <class Call>
+SQLRETURN guarded(Statement& statement, const std::string& function, Call call) {
+  const SQLRETURN result = guarded(statement, call);
+  const bool fails = statement.sql.find("(" + function + " fails)") != std::string::npos;
+  return fails ? add_error_note(statement, result) : result;
 }
 
 std::string text_of(const SQLCHAR* text, SQLINTEGER length) {
@@ -263,13 +290,26 @@ bool give(const std::vector<std::byte>& bytes, std::size_t offset, SQLSMALLINT c
 
 // --- Fetching
 
+// To the next row; false at the end. An error behind other rows of the block is a note of them.
+bool step_on(Statement& s, bool step, SQLULEN rows_before) {
+  if (s.broken) return false;
+  try {
+    if (step && s.started && !s.rows->eof()) s.rows->move_next();
+    s.started = true;
+    return !s.rows->eof();
+  } catch (const DatabaseError& error) {
+    if (!s.source.like_freetds || rows_before == 0) throw;
+    s.broken = true;
+    fail(s, error.sqlstate(), error.native_code(), error.what());
+    return false;
+  }
+}
+
 SQLRETURN fetch_rowset(Statement& s, bool step) {
   SQLULEN count = 0;
   bool all_fitted = true;
   for (; count < s.array_size; ++count) {
-    if (step && s.started && !s.rows->eof()) s.rows->move_next();
-    s.started = true;
-    if (s.rows->eof()) break;
+    if (!step_on(s, step, count)) break;
     for (const auto& [column, bound] : s.bindings) {
       const Value value = s.rows->value(std::size_t{column} - 1U);
       SQLLEN* const indicator = bound.indicators + count;
@@ -292,7 +332,7 @@ SQLRETURN fetch_rowset(Statement& s, bool step) {
     if (s.source.busy == &s) s.source.busy = nullptr;
     return SQL_NO_DATA;
   }
-  return all_fitted ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
+  return all_fitted && s.diagnostics.empty() ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
 }
 
 // A keyset cursor on rows that cannot be told apart becomes read-only.
@@ -312,21 +352,63 @@ void find_writable(Statement& s) {
   if (!any) s.concurrency = SQL_CONCUR_READ_ONLY;
 }
 
+bool is_query(const std::string& sql) {
+  try {
+    single_select(sql);
+    return true;
+  } catch (const DatabaseError&) {
+    return false;
+  }
+}
+
+std::string literal(const Value& value) {
+  if (value.is_null()) return "NULL";
+  if (value.get_if<Bytes>() != nullptr) return "0x" + value.text();
+  if (const auto* truth = value.get_if<bool>()) return *truth ? "1" : "0";
+  const bool is_quoted =
+      value.get_if<std::string>() != nullptr || value.get_if<DateTime>() != nullptr;
+  return is_quoted ? "N'" + text::replace_all(value.text(), "'", "''") + "'" : value.text();
+}
+
+// The text with its parameters in their places.
+std::string with_parameters(const Statement& s, const std::string& sql) {
+  std::string result;
+  SQLUSMALLINT number = 0;
+  for (std::size_t at = 0; at < sql.size();) {
+    const std::size_t end = std::max(end_of_quoted(sql, at), at + 1);
+    const bool is_parameter = sql[at] == '?';
+    result +=
+        is_parameter ? literal(from_bound(s.parameters.at(++number))) : sql.substr(at, end - at);
+    at = end;
+  }
+  return result;
+}
+
+// "CREATE TABLE T (..., ID int NOT NULL PRIMARY KEY, ...)"
+void remember_key(Source& source, const std::string& sql) {
+  constexpr std::string_view kCreate = "CREATE TABLE ";
+  const std::size_t key = sql.find(" PRIMARY KEY");
+  if (!sql.starts_with(kCreate) || key == std::string::npos) return;
+  const std::size_t column = sql.find_last_of("(,", key) + 1;
+  const std::size_t begin = sql.find_first_not_of(' ', column);
+  source.keys[sql.substr(kCreate.size(), sql.find(' ', kCreate.size()) - kCreate.size())] =
+      sql.substr(begin, sql.find(' ', begin) - begin);
+}
+
 SQLRETURN execute(Statement& s, const std::string& sql) {
   if (s.source.busy != nullptr && s.source.busy != &s) {
     return fail(s, "HY000", 0, "Connection is busy with results for another command");
   }
   s.close();
   if (sql.starts_with("SET DATEFORMAT ")) return SQL_SUCCESS;  // dmy is all that it knows
-  try {
-    s.rows = s.source.connection->open(sql, CursorType::kStatic,
-                                       s.updatable() ? LockType::kOptimistic : LockType::kReadOnly);
-  } catch (const DatabaseError& error) {
-    if (error.sqlstate() != "24000") throw;  // else it is no query
+  remember_key(s.source, sql);
+  if (!is_query(sql)) {
     s.changed = s.source.connection->execute(sql);
     return s.changed == 0 && text::starts_with_ignoring_case(sql, "DELETE") ? SQL_NO_DATA
                                                                             : SQL_SUCCESS;
   }
+  s.rows = s.source.connection->open(sql, CursorType::kStatic,
+                                     s.updatable() ? LockType::kOptimistic : LockType::kReadOnly);
   find_writable(s);
   if (!s.updatable()) s.source.busy = &s;
   return SQL_SUCCESS;
@@ -374,6 +456,7 @@ SQLRETURN SQL_API SQLDriverConnect(SQLHDBC handle, SQLHWND, SQLCHAR* text, SQLSM
     std::string file = ":memory:";
     for (const auto& attribute : odbc::parse_connection_string(text_of(text, length))) {
       if (attribute.name == "Database") file = attribute.value;
+      if (attribute.name == "Like") source.like_freetds = attribute.value == "FreeTDS";
       if (attribute.name == "ApplicationIntent") options.read_only = attribute.value == "ReadOnly";
     }
     source.connection = open_sqlite(file, options);
@@ -388,7 +471,7 @@ SQLRETURN SQL_API SQLDisconnect(SQLHDBC handle) {
 
 SQLRETURN SQL_API SQLEndTran(SQLSMALLINT, SQLHANDLE, SQLSMALLINT) { return SQL_SUCCESS; }
 
-SQLRETURN SQL_API SQLGetInfo(SQLHDBC, SQLUSMALLINT what, SQLPOINTER buffer, SQLSMALLINT size,
+SQLRETURN SQL_API SQLGetInfo(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER buffer, SQLSMALLINT size,
                              SQLSMALLINT* length) {
   switch (what) {
     case SQL_DBMS_NAME:
@@ -398,7 +481,8 @@ SQLRETURN SQL_API SQLGetInfo(SQLHDBC, SQLUSMALLINT what, SQLPOINTER buffer, SQLS
     case SQL_IDENTIFIER_QUOTE_CHAR:
       return give_text("\"", buffer, size, length);
     case SQL_KEYSET_CURSOR_ATTRIBUTES1:
-      *static_cast<SQLUINTEGER*>(buffer) = SQL_CA1_ABSOLUTE | SQL_CA1_POS_UPDATE;
+      *static_cast<SQLUINTEGER*>(buffer) =
+          as<Source>(handle)->like_freetds ? 0 : SQL_CA1_ABSOLUTE | SQL_CA1_POS_UPDATE;
       return SQL_SUCCESS;
     case SQL_GETDATA_EXTENSIONS:
       *static_cast<SQLUINTEGER*>(buffer) = 0;
@@ -418,8 +502,8 @@ SQLRETURN SQL_API SQLNativeSql(SQLHDBC, SQLCHAR* sql, SQLINTEGER length, SQLCHAR
 SQLRETURN SQL_API SQLSetStmtAttr(SQLHSTMT handle, SQLINTEGER what, SQLPOINTER value, SQLINTEGER) {
   Statement& s = *as<Statement>(handle);
   const auto number = reinterpret_cast<SQLULEN>(value);
-  if (what == SQL_ATTR_CURSOR_TYPE) s.cursor = number;
-  if (what == SQL_ATTR_CONCURRENCY) s.concurrency = number;
+  if (what == SQL_ATTR_CURSOR_TYPE && !s.source.like_freetds) s.cursor = number;
+  if (what == SQL_ATTR_CONCURRENCY && !s.source.like_freetds) s.concurrency = number;
   if (what == SQL_ATTR_ROW_ARRAY_SIZE) s.array_size = number;
   if (what == SQL_ATTR_ROWS_FETCHED_PTR) s.fetched = static_cast<SQLULEN*>(value);
   if (what == SQL_ATTR_ROW_STATUS_PTR) s.status = static_cast<SQLUSMALLINT*>(value);
@@ -441,7 +525,8 @@ SQLRETURN SQL_API SQLGetStmtAttr(SQLHSTMT handle, SQLINTEGER what, SQLPOINTER va
 
 SQLRETURN SQL_API SQLExecDirect(SQLHSTMT handle, SQLCHAR* sql, SQLINTEGER length) {
   Statement& s = *as<Statement>(handle);
-  return guarded(s, [&]() -> SQLRETURN { return execute(s, text_of(sql, length)); });
+  s.sql = with_parameters(s, text_of(sql, length));
+  return guarded(s, "SQLExecDirect", [&]() -> SQLRETURN { return execute(s, s.sql); });
 }
 
 SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT* count) {
@@ -456,8 +541,32 @@ SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN* count) {
 }
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle) {
-  as<Statement>(handle)->close();
-  return SQL_NO_DATA;
+  Statement& s = *as<Statement>(handle);
+  s.diagnostics.clear();
+  s.close();
+  const bool fails = s.sql.find("(SQLMoreResults fails)") != std::string::npos;
+  s.sql.clear();  // once
+  return fails ? add_error_note(s, SQL_SUCCESS) : SQL_NO_DATA;
+}
+
+SQLRETURN SQL_API SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT,
+                                   SQLSMALLINT c_type, SQLSMALLINT, SQLULEN, SQLSMALLINT,
+                                   SQLPOINTER data, SQLLEN width, SQLLEN* indicator) {
+  as<Statement>(handle)->parameters[number] = {c_type, static_cast<std::byte*>(data), width,
+                                               indicator};
+  return SQL_SUCCESS;
+}
+
+SQLRETURN SQL_API SQLPrimaryKeys(SQLHSTMT handle, SQLCHAR*, SQLSMALLINT, SQLCHAR*, SQLSMALLINT,
+                                 SQLCHAR* table, SQLSMALLINT length) {
+  Statement& s = *as<Statement>(handle);
+  return guarded(s, [&]() -> SQLRETURN {
+    const std::string name = text_of(table, length);
+    const auto key = s.source.keys.find(name);
+    const bool has_key = key != s.source.keys.end();
+    return execute(s, "SELECT " + std::string(has_key ? "" : "TOP 0 ") + "NULL, 'dbo', '" + name +
+                          "', '" + (has_key ? key->second : "") + "', 1, 'PK'");
+  });
 }
 
 SQLRETURN SQL_API SQLDescribeCol(SQLHSTMT handle, SQLUSMALLINT column, SQLCHAR* name,
@@ -485,8 +594,9 @@ SQLRETURN SQL_API SQLColAttribute(SQLHSTMT handle, SQLUSMALLINT column, SQLUSMAL
     const ServerType& type = server_type(s.rows->type(position));
     const std::string name = s.rows->column_name(position);
     switch (field) {
-      case SQL_DESC_NAME:
       case SQL_DESC_BASE_COLUMN_NAME:
+        return give_text(s.source.like_freetds ? "" : name, text, size, length);
+      case SQL_DESC_NAME:
         return give_text(name, text, size, length);
       case SQL_DESC_TYPE_NAME:
         return give_text(type.name, text, size, length);
@@ -510,7 +620,7 @@ SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT c
 
 SQLRETURN SQL_API SQLFetch(SQLHSTMT handle) {
   Statement& s = *as<Statement>(handle);
-  return guarded(s, [&]() -> SQLRETURN { return fetch_rowset(s, true); });
+  return guarded(s, "SQLFetch", [&]() -> SQLRETURN { return fetch_rowset(s, true); });
 }
 
 SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT how, SQLLEN row) {
@@ -526,7 +636,7 @@ SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT how, SQLLEN row) {
 SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT c_type,
                              SQLPOINTER data, SQLLEN width, SQLLEN* indicator) {
   Statement& s = *as<Statement>(handle);
-  return guarded(s, [&]() -> SQLRETURN {
+  return guarded(s, "SQLGetData", [&]() -> SQLRETURN {
     const SQLUSMALLINT last_bound =
         s.bindings.empty() ? SQLUSMALLINT{0} : s.bindings.rbegin()->first;
     if (column < s.piece_column || column <= last_bound || s.array_size > 1) {
@@ -557,7 +667,7 @@ SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT c
 
 SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW, SQLUSMALLINT what, SQLUSMALLINT) {
   Statement& s = *as<Statement>(handle);
-  return guarded(s, [&]() -> SQLRETURN {
+  return guarded(s, "SQLSetPos", [&]() -> SQLRETURN {
     if (what != SQL_UPDATE || !s.updatable()) return fail(s, "HY092", 0, "Invalid attribute");
     for (const auto& [column, bound] : s.bindings) {
       s.rows->set_value(s.rows->column_name(std::size_t{column} - 1U), from_bound(bound));

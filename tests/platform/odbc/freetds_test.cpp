@@ -1,5 +1,5 @@
-// FreeTDS speaks to SQL Server. Without a server: that the driver is there, and that what keeps it
-// from a server is told clearly and in time.
+// FreeTDS speaks to SQL Server. Without a server: that the driver is there, that what keeps it from
+// a server is told clearly and in time, and that errors of a server arrive, wherever in a result.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -11,6 +11,7 @@
 
 #include "platform/odbc/odbc_connection.h"
 #include "tests/platform/odbc/data_sources.h"
+#include "tests/platform/odbc/tds_server.h"
 
 namespace kestrova::test {
 namespace {
@@ -87,6 +88,83 @@ TEST(FreeTds, AServerThatSaysNothingIsGivenUpWithinTheLoginTimeout) {
   EXPECT_THAT(result.error, AllOf(Not(StartsWith("no error")), Not(HasSubstr("geheim"))));
   EXPECT_GE(result.time, seconds(1));
   EXPECT_LT(result.time, seconds(10));
+}
+
+// --- A server that breaks off
+
+// "SELECT n [TEXT]" answers n rows, with a long text if asked for; then what the parameter says.
+TdsReply rows_of(const std::string& query) {
+  TdsReply reply;
+  const bool with_text = query.find("TEXT") != std::string::npos;
+  reply.columns({"ID"}, with_text);
+  const int count = std::stoi(query.substr(std::string("SELECT ").size()));
+  for (int i = 1; i <= count; ++i) with_text ? reply.row({i}, "abc") : reply.row({i});
+  return reply;
+}
+
+using Script = TdsServer::Script;
+
+Script server_that_ends_with(const std::function<TdsReply&(TdsReply&)>& end) {
+  return [end](const std::string& text) {
+    TdsReply reply;
+    if (text == "login") return reply.login_done();
+    if (!text.starts_with("SELECT ")) return reply.done(0);
+    reply = rows_of(text);
+    return end(reply);
+  };
+}
+
+TEST(FreeTds, AnErrorInAResultIsRaisedWhereverItStands) {
+  const TdsServer server(server_that_ends_with([](TdsReply& reply) -> TdsReply& {
+    return reply.error(8134, "Divide by zero error encountered.").failed();
+  }));
+  const auto connection = open_odbc(server.connection_string());
+  for (const std::string kind : {"", " TEXT"}) {
+    for (const int rows : {0, 1, 536, 999, 1000, 1001, 2000, 2500}) {
+      const std::string query = "SELECT " + std::to_string(rows) + kind;
+      EXPECT_EQ(database_error([&] { column_of(*connection, query); }),
+                "22012 [FreeTDS][SQL Server]Divide by zero error encountered. (22012, 8134) "
+                "[statement 1: " +
+                    query + "]");
+    }
+  }
+}
+
+TEST(FreeTds, AnErrorBehindAResultIsRaised) {
+  const TdsServer server(server_that_ends_with([](TdsReply& reply) -> TdsReply& {
+    return reply.done_with_more(3).error(8134, "Divide by zero error encountered.").failed();
+  }));
+  const auto connection = open_odbc(server.connection_string());
+  EXPECT_THAT(database_error([&] { connection->execute("SELECT 3"); }), StartsWith("22012 "));
+}
+
+TEST(FreeTds, AWarningInAResultIsNone) {
+  const TdsServer server(server_that_ends_with([](TdsReply& reply) -> TdsReply& {
+    return reply.info(8153, "Null value is eliminated by an aggregate.").done(3);
+  }));
+  const auto connection = open_odbc(server.connection_string());
+  EXPECT_EQ(column_of(*connection, "SELECT 3"), (Row{1, 2, 3}));
+  EXPECT_EQ(column_of(*connection, "SELECT 3 TEXT"), (Row{1, 2, 3}));
+}
+
+TEST(FreeTds, OverflowsHaveTheStandardState) {
+  for (const int number : {8115, 220}) {
+    const TdsServer server(server_that_ends_with([number](TdsReply& reply) -> TdsReply& {
+      return reply.error(number, "Arithmetic overflow error.").failed();
+    }));
+    const auto connection = open_odbc(server.connection_string());
+    EXPECT_THAT(database_error([&] { column_of(*connection, "SELECT 3"); }), StartsWith("22003 "))
+        << number;
+  }
+}
+
+TEST(FreeTds, ARefusedLoginHasTheStandardState) {
+  const TdsServer server([](const std::string&) {
+    return TdsReply().error(18456, "Login failed for user 'anna'.").failed();
+  });
+  EXPECT_THAT(attempt(server.connection_string()).error,
+              AllOf(StartsWith("28000 "), HasSubstr("Login failed for user 'anna'."),
+                    Not(HasSubstr("geheim"))));
 }
 
 }  // namespace
