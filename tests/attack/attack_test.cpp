@@ -25,7 +25,7 @@ namespace {
 
 constexpr std::string_view kOrLine = "=== ODER ===";
 // Cases in a row that attack the same relation.
-constexpr std::uint64_t kBlock = 100;
+constexpr std::uint64_t kBlock = 400;
 
 struct Attack {
   std::uint64_t number = 0;
