@@ -94,8 +94,7 @@ class Bench {
         std::string relation) {
     install_host({.suite = std::move(suite),
                   .user_interface = std::make_shared<SilentUser>(),
-                  .user_locale = std::make_shared<SettingsUserLocale>("DE", "DMY"),
-                  .make_selection_form = make_selection_form});
+                  .user_locale = std::make_shared<SettingsUserLocale>("DE", "DMY")});
     KesVar context;
     context.dbado = std::move(connection);
     context.strLanguage = "DE";

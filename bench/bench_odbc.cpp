@@ -190,8 +190,7 @@ void count_round_trips() {
   const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
   install_host({.suite = make_standalone_suite(counting, locale),
                 .user_interface = nullptr,
-                .user_locale = locale,
-                .make_selection_form = nullptr});
+                .user_locale = locale});
   KesVar context;
   context.dbado = counting;
   context.strOderLine = "=== ODER ===";

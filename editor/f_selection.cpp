@@ -9,8 +9,8 @@ namespace kestrova {
 std::shared_ptr<SelectionForm> make_selection_form() { return std::make_shared<F_Selection>(); }
 
 F_Selection& selection_editor() {
-  auto* const editor = dynamic_cast<F_Selection*>(&selection_form(make_selection_form));
-  if (editor == nullptr) throw ObjectNotSet("The selection form of the host is no editor.");
+  auto* const editor = dynamic_cast<F_Selection*>(&selection_form());
+  if (editor == nullptr) throw ObjectNotSet("The selection form is no editor.");
   return *editor;
 }
 

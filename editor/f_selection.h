@@ -38,13 +38,10 @@ struct ContractSelection {
 // number the code carries behind its first five characters.
 std::optional<ContractSelection> contract_selection(std::string_view relation);
 
-// What the host installs as Host::make_selection_form, for lookups that come before any editor.
-std::shared_ptr<SelectionForm> make_selection_form();
-
 class F_Selection;
 
-// The one editor of the library, made on first use. Raises ObjectNotSet when the host has installed
-// a form of its own that is no editor.
+// The one editor of the library, made on first use. Raises ObjectNotSet when another form has been
+// put in its place.
 F_Selection& selection_editor();
 
 class F_Selection final : public SelectionForm, public SelectionDialog {
@@ -264,9 +261,10 @@ class F_Selection final : public SelectionForm, public SelectionDialog {
   void LoadSelectionFromString(std::string_view criteria);
   void SaveSelectionToTable(std::string_view table, std::int32_t record);
   // A record as a line of the list, read for a relation. kOfferedField: it is shown under the name
-  // of the field list, and "GETDATE()" stays; kAnyField: the names of fields that are not offered
-  // are looked up, and a relative date shows as its bare offset.
-  enum NameSource { kOfferedField, kAnyField };
+  // of the field list, and "GETDATE()" stays. kModelField, kHostField: the names of fields that are
+  // not offered are looked up, and a relative date shows as its bare offset; what the host hands in
+  // is looked up with cursor and lock unspecified.
+  enum NameSource { kOfferedField, kModelField, kHostField };
   ListEntry display_line(const KesVar& context, const std::string& relation,
                          std::string_view record, NameSource source) const;
   std::string field_name(const KesVar& context, const std::string& relation, const std::string& id,

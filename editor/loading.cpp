@@ -66,7 +66,7 @@ void F_Selection::Model_DblClick() {
     if (record.empty()) continue;
     lines.push_back(is_or_line(record)
                         ? or_entry()
-                        : display_line(context_, lookup_relation(), record, kAnyField));
+                        : display_line(context_, lookup_relation(), record, kModelField));
   }
   show_lines(lines);
   seen_models_[Model.item_data(Model.index())] = criteria;
@@ -75,11 +75,12 @@ void F_Selection::Model_DblClick() {
 }
 
 void F_Selection::LoadSelectionFromTable(std::string_view table, std::int32_t record) {
-  const std::string criteria =
-      open_query(connection(), "SELECT SELEKTION_VALUE FROM " + std::string(table) +
-                                   " WHERE ID = " + std::to_string(record))
-          ->value("SELEKTION_VALUE")
-          .text_or_empty();
+  const std::string criteria = open_query(connection(),
+                                          "SELECT SELEKTION_VALUE FROM " + std::string(table) +
+                                              " WHERE ID = " + std::to_string(record),
+                                          kWritable)
+                                   ->value("SELEKTION_VALUE")
+                                   .text_or_empty();
   if (const auto why = why_not_loaded([&] { LoadSelectionFromString(criteria); })) {
     contract_unread_ = true;
     ShowMessage(editor_text(context_, EditorText::kContractUnreadable, "", *why), kExclamationIcon);
@@ -109,7 +110,7 @@ void F_Selection::FillListCriteria(const KesVar& context, std::string_view crite
     if (record.empty()) continue;
     lines.push_back(record == context.strOderLine
                         ? ListEntry{std::string(record), kOrLineData}
-                        : display_line(context, std::string(relation), record, kAnyField));
+                        : display_line(context, std::string(relation), record, kHostField));
   }
   show_lines(lines);
 }
@@ -136,7 +137,7 @@ ListEntry F_Selection::display_line(const KesVar& context, const std::string& re
   const std::int16_t type = field_type(context, kind, id);
   if (IsDateFieldType(type) && !is_null_word(value)) {
     if (!value.empty()) value = ToDateLiteral(value, context.strDateOrder);
-    if (source == kAnyField) value = bare_offset(value);
+    if (source != kOfferedField) value = bare_offset(value);
   }
   // A list that is read back cut is shown whole, in the order in which it can be kept if there is
   // one.
@@ -151,9 +152,10 @@ ListEntry F_Selection::display_line(const KesVar& context, const std::string& re
 std::string F_Selection::field_name(const KesVar& context, const std::string& relation,
                                     const std::string& id, NameSource source) const {
   const std::int16_t number = text::to_int16(id);
-  if (source == kAnyField && !IsCatalogueRelation(relation)) {
+  if (source != kOfferedField && !IsCatalogueRelation(relation)) {
     const auto row = open_query(connection_of(context),
-                                "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + id);
+                                "SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = " + id,
+                                source == kHostField ? kUnspecified : kReadOnce);
     return loc_texts().GetText(row->value(std::size_t{0}).integer(), context);
   }
   for (const ListEntry& entry : cboField.entries()) {
@@ -192,9 +194,9 @@ std::string F_Selection::GetWriteString(const KesVar& context) const {
 }
 
 void F_Selection::SaveSelectionToTable(std::string_view table, std::int32_t record) {
-  const auto row = connection().open(
-      "SELECT * FROM " + std::string(table) + " WHERE ID = " + std::to_string(record),
-      CursorType::kKeyset, LockType::kOptimistic);
+  const auto row = open_query(
+      connection(), "SELECT * FROM " + std::string(table) + " WHERE ID = " + std::to_string(record),
+      kWritable);
   row->set_value("SELEKTION_VALUE", criteria_string(context_, kExecutable));
   row->update();
 }

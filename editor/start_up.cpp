@@ -162,12 +162,13 @@ void F_Selection::fill_selektion_fields() {
   std::optional<std::vector<std::string>> permitted;
   if (strRelation == "4ARB") permitted = field_setting(connection(), "BBFIZ");
 
-  dbSelektion = connection().open(
+  dbSelektion = open_query(
+      connection(),
       "SELECT SELEKTION.*,STRINGS." + language + ",STRINGS.CUSTOM_" + language +
           " FROM SELEKTION LEFT JOIN STRINGS ON SELEKTION.ID_STRING = STRINGS.ID_STRING WHERE"
           " RTRIM(LTRIM(SELEKTION.PARAMETER)) = '" +
           parameter + "' AND VISIBLE = 1 ORDER BY SELEKTION.ORDER_CUSTOM",
-      CursorType::kStatic, LockType::kReadOnly);
+      kSearched);
   for (; !dbSelektion->eof(); dbSelektion->move_next()) {
     const std::int32_t id = dbSelektion->value("ID_SELEKTION").integer();
     if (permitted &&

@@ -1,6 +1,7 @@
 // What pick lists need: the models of a relation, and the picked value as SQL.
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 
 #include "engine/comm_sel.h"
@@ -32,6 +33,20 @@ bool is_null_entry(const ComboBox& values) {
   return values.index() == 0 && values.entry_text(0) == "Null";
 }
 
+// The busy pointer of a list filler. That of a caller who shows it already stays the caller's, and
+// a host without a user interface has no pointer to show.
+class FillerPointer {
+ public:
+  FillerPointer() {
+    UserInterface* const ui = installed_user_interface();
+    if (ui != nullptr && ui->pointer() == PointerShape::kDefault) busy_.emplace(*ui);
+  }
+  void restore() { busy_.reset(); }
+
+ private:
+  std::optional<BusyPointer> busy_;
+};
+
 void select_model(ComboPort& combo, std::int32_t model) {
   for (int i = 0; i < combo.ListCount(); ++i) {
     if (combo.ItemData(i) != model) continue;
@@ -45,6 +60,7 @@ void select_model(ComboPort& combo, std::int32_t model) {
 void Comm_Sel::Fill_ComboModel(const KesVar& KesVar, ComboPort& tmpCombo,
                                std::string_view strParameter, bool SetStandardModel) const {
   const std::string relation = model_relation_for_list(strParameter);
+  FillerPointer busy;
   tmpCombo.Clear();
   const std::string visible = suite().access_level_filter()->restrict("MODELS", "", KesVar, 0);
   const auto models = open_query(
@@ -66,7 +82,11 @@ void Comm_Sel::Fill_ComboModel(const KesVar& KesVar, ComboPort& tmpCombo,
   models->close();
 
   if (!SetStandardModel) return;
-  select_model(tmpCombo, suite().model_settings()->standard_model(KesVar, relation, 0));
+  const std::int32_t standard = suite().model_settings()->standard_model(KesVar, relation, 0);
+  // What the host does about the selection is not done under the busy pointer, under which boxes of
+  // the editor ignore their clicks.
+  busy.restore();
+  select_model(tmpCombo, standard);
 }
 
 std::string Comm_Sel::ApcboValue(const KesVar& KesVar, std::string_view val,
@@ -74,12 +94,12 @@ std::string Comm_Sel::ApcboValue(const KesVar& KesVar, std::string_view val,
                                  std::string_view Parameter) const {
   const Relation relation(Parameter);
   if (relation.catalogue || relation.restricted) {
-    const std::int16_t type = is_null_entry(selection_form().value_list())
-                                  ? std::int16_t{0}
-                                  : Get_TypeOfField(KesVar, "", false, dbSelektion_dll, Parameter);
-    return sql_value(val, type);
+    if (is_null_entry(selection_form().value_list())) return std::string(val);
+    const FillerPointer busy;
+    return sql_value(val, Get_TypeOfField(KesVar, "", false, dbSelektion_dll, Parameter));
   }
   if (cboValue_dll.empty()) return {};
+  const FillerPointer busy;
   Recordset& selektion = row_set(dbSelektion_dll);
   if (!selektion.eof()) selektion.move_first();
   selektion.find("NICKNAME_OF_FIELD = '" + std::string(cboValue_dll) + "'");

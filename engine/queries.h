@@ -12,9 +12,24 @@
 
 namespace kestrova {
 
-// A query as the library opens it unless a rule asks for more: forward-only and read-only.
-inline std::unique_ptr<Recordset> open_query(Connection& connection, std::string_view sql) {
-  return connection.open(sql, CursorType::kForwardOnly, LockType::kReadOnly);
+// How a query is opened.
+struct Opening {
+  CursorType cursor;
+  LockType lock;
+};
+
+// Every query but these: it is read once, from its first row to its last.
+inline constexpr Opening kReadOnce = {CursorType::kForwardOnly, LockType::kReadOnly};
+// The field catalogue of the editor, which is searched again and again.
+inline constexpr Opening kSearched = {CursorType::kStatic, LockType::kReadOnly};
+// The stored selection of a contract, which is loaded from its row and written back into it.
+inline constexpr Opening kWritable = {CursorType::kKeyset, LockType::kOptimistic};
+// The names of the fields that FillListCriteria shows: as the provider likes it best.
+inline constexpr Opening kUnspecified = {CursorType::kUnspecified, LockType::kUnspecified};
+
+inline std::unique_ptr<Recordset> open_query(Connection& connection, std::string_view sql,
+                                             const Opening& opening = kReadOnce) {
+  return connection.open(sql, opening.cursor, opening.lock);
 }
 
 // The row set that a caller passed. Raises ObjectNotSet when it is absent.

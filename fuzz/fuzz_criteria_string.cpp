@@ -46,8 +46,7 @@ struct CriteriaHost {
     install_host(
         {.suite = suite,
          .user_interface = nullptr,
-         .user_locale = std::make_shared<test::FakeLocale>(test::FakeLocale::Language::kGerman),
-         .make_selection_form = nullptr});
+         .user_locale = std::make_shared<test::FakeLocale>(test::FakeLocale::Language::kGerman)});
     context.strOderLine = kOrLine;
     context.strDateOrder = "DMY";
     context.dbado = make_selektion_connection();

@@ -40,18 +40,18 @@ UserInterface& user_interface() {
 }
 const UserLocale& user_locale() { return installed(module().host.user_locale, "user locale"); }
 
+UserInterface* installed_user_interface() { return module().host.user_interface.get(); }
+
 LocTexts& loc_texts() {
   auto& texts = module_state().theLocTexts;
   if (!texts) texts = suite().loc_texts();
   return installed(texts, "text service");
 }
 
-SelectionForm& selection_form(std::shared_ptr<SelectionForm> (*make_default)()) {
+SelectionForm& selection_form() {
   auto& form = module_state().theSelectionForm;
-  const auto& make_form = module().host.make_selection_form;
-  if (!form && make_form) form = make_form();
-  if (!form && make_default != nullptr) form = make_default();
-  return installed(form, "selection editor");
+  if (!form) form = make_selection_form();
+  return *form;
 }
 
 }  // namespace kestrova

@@ -2,7 +2,6 @@
 // the state that all its objects share. There is one of each per process, used on one thread.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -19,9 +18,6 @@ struct Host {
   std::shared_ptr<Suite> suite{};
   std::shared_ptr<UserInterface> user_interface{};
   std::shared_ptr<UserLocale> user_locale{};
-  // Makes the one selection editor, on first use. Only lookups of fields by name that come before
-  // any selection need it; the facade makes an editor itself when it is absent.
-  std::function<std::shared_ptr<SelectionForm>()> make_selection_form{};
 };
 
 // Installs the host's services and begins with empty module state. Call it before any other
@@ -55,8 +51,11 @@ Suite& suite();
 UserInterface& user_interface();
 const UserLocale& user_locale();
 
-// The shared objects, made on first use: the form by the host, or else by make_default.
+// The same for what works without one as well: nullptr when the host has not installed it.
+UserInterface* installed_user_interface();
+
+// The shared objects, made on first use. The editor needs no host to be made.
 LocTexts& loc_texts();
-SelectionForm& selection_form(std::shared_ptr<SelectionForm> (*make_default)() = nullptr);
+SelectionForm& selection_form();
 
 }  // namespace kestrova

@@ -2,6 +2,8 @@
 // at the editor itself.
 #pragma once
 
+#include <memory>
+
 #include "platform/controls.h"
 
 namespace kestrova {
@@ -19,5 +21,9 @@ class SelectionForm {
  protected:
   SelectionForm() = default;
 };
+
+// Makes the selection editor. Declared here for the lookups that need it and written in editor/,
+// which knows how.
+std::shared_ptr<SelectionForm> make_selection_form();
 
 }  // namespace kestrova

@@ -272,11 +272,11 @@ void add_invoice_dates(std::string& condition, TableAccessService& service, cons
 
 void GetRelationFromWhere(std::string_view code, std::string& condition, std::string& fromText,
                           const KesVar& ctx, std::int32_t option) {
+  condition.clear();
   const std::shared_ptr<TableAccessService> service = suite().table_access();
   const std::string_view key = GetRelationTableKey(code);
   const auto base_from = [&] { return service->AddFieldTables(key, 0, "", "", ctx); };
 
-  condition.clear();
   fromText = base_from();
 
   const auto rule = std::find_if(kRules.begin(), kRules.end(),

@@ -15,12 +15,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// What a program that was broken off while writing leaves beside a database. It belongs to the
+// database of that name, whichever that is: read into another one, it destroys it.
+void remove_leftovers(const fs::path& database) {
+  for (const char* kind : {"-journal", "-wal", "-shm"}) fs::remove(database.string() + kind);
+}
+
 // The file while it is being made. It takes its own name only when it is complete, so that neither
 // a half-made database nor the loss of an older one can be left behind.
 class HalfMadeFile {
  public:
   explicit HalfMadeFile(const std::string& file) : file_(file), path_(file + ".part") {
     fs::remove(path_);
+    remove_leftovers(path_);
   }
   ~HalfMadeFile() {
     std::error_code ignored;
@@ -30,7 +37,10 @@ class HalfMadeFile {
   HalfMadeFile& operator=(const HalfMadeFile&) = delete;
 
   std::string path() const { return path_.string(); }
-  void finish() const { fs::rename(path_, file_); }
+  void finish() const {
+    remove_leftovers(file_);
+    fs::rename(path_, file_);
+  }
 
  private:
   fs::path file_;

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <functional>
 #include <iostream>
 
-#include "editor/f_selection.h"
 #include "interface/module_state.h"
 #include "platform/error.h"
 #ifdef KESTROVA_HAS_ODBC
@@ -62,7 +60,10 @@ std::string_view scheme_of(std::string_view database) {
   throw DatabaseError(why + ": " + error.what(), error.sqlstate(), error.native_code());
 }
 
+// A database that is locked, or that must recover before it can be read, may well be the suite's.
 [[noreturn]] void refuse_database(const std::string& name, const DatabaseError& error) {
+  const bool cannot_be_read_now = error.sqlstate() == "40001" || error.sqlstate() == "25006";
+  if (cannot_be_read_now) refuse("'" + name + "' cannot be read now", error);
   refuse("'" + name + "' is no database of the suite, check --db", error);
 }
 
@@ -165,14 +166,12 @@ Value Session::single_value(std::string_view sql) const {
 namespace {
 
 Session open_session(const GlobalOptions& options, bool read_only,
-                     std::shared_ptr<UserInterface> user,
-                     std::function<std::shared_ptr<SelectionForm>()> make_form) {
+                     std::shared_ptr<UserInterface> user) {
   const std::shared_ptr<Connection> connection = open_connection(options.database, read_only);
   const auto locale = std::make_shared<SettingsUserLocale>(options.language, options.date_order);
   install_host({.suite = make_standalone_suite(connection, locale),
                 .user_interface = std::move(user),
-                .user_locale = locale,
-                .make_selection_form = std::move(make_form)});
+                .user_locale = locale});
   Session session{.context = {}, .format = ValueFormat(locale)};
   session.context.dbado = connection;
   session.context.strLanguage = options.language;
@@ -189,16 +188,15 @@ Session open_session(const GlobalOptions& options, bool read_only,
 
 // Showing what a filter selects must never change the suite's data.
 Session open_session(const GlobalOptions& options) {
-  const auto lists = std::make_shared<SelectedField>();
-  Session session = open_session(options, true, std::make_shared<ConsoleUserInterface>(),
-                                 [lists] { return lists; });
-  session.lists = lists;
+  Session session = open_session(options, true, std::make_shared<ConsoleUserInterface>());
+  session.lists = std::make_shared<SelectedField>();
+  module_state().theSelectionForm = session.lists;
   return session;
 }
 
 Session open_editor_session(const GlobalOptions& options, bool read_only,
                             std::shared_ptr<UserInterface> user) {
-  return open_session(options, read_only, std::move(user), make_selection_form);
+  return open_session(options, read_only, std::move(user));
 }
 
 std::string sql_literal(std::string_view s) { return "'" + text::replace_all(s, "'", "''") + "'"; }

@@ -35,6 +35,9 @@ std::vector<std::string> start_statements(const OdbcOptions& options, Connection
   check(options);
   std::vector<std::string> statements;
   if (kind == ConnectionKind::kSqlServer) {
+    // Whether a model that is saved is still there is known by the number of rows alone; a server
+    // or login may be set to tell none.
+    statements.emplace_back("SET NOCOUNT OFF");
     // A language brings its order of dates along, so it goes first.
     if (!options.language.empty()) {
       statements.push_back("SET LANGUAGE N'" + text::replace_all(options.language, "'", "''") +

@@ -162,12 +162,13 @@ void ComboBinding::show_entries() {
   widget_.addItems(texts);
 }
 
-ValueBinding::ValueBinding(ComboBox& combo, QComboBox& widget, ValueEdit& edit,
+ValueBinding::ValueBinding(ComboBox& combo, QComboBox& widget, ValueEdit& edit, QWidget& cancel,
                            EventBoundary& boundary, std::function<void()> on_enter)
-    : ComboBinding(combo, widget, boundary), edit_(edit) {
+    : ComboBinding(combo, widget, boundary), edit_(edit), cancel_(cancel) {
   edit.filter_key = [this](int key) { return filter_key(key); };
   edit.installEventFilter(this);
   widget.installEventFilter(this);
+  cancel.installEventFilter(this);
   edit.on_enter = [this, on_enter = std::move(on_enter)] {
     confirm();
     on_enter();
@@ -184,7 +185,7 @@ bool ValueBinding::eventFilter(QObject* /*watched*/, QEvent* event) {
   const bool is_elsewhere = reason == Qt::ActiveWindowFocusReason ||
                             reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
   const QWidget* const now = QApplication::focusWidget();
-  if (!is_elsewhere && now != &widget_ && now != &edit_) confirm();
+  if (!is_elsewhere && now != &widget_ && now != &edit_ && now != &cancel_) confirm();
   return false;
 }
 
@@ -204,6 +205,11 @@ void ValueBinding::typed(const QString& text) {
   act([this, &text] {
     if (combo_.reachable()) combo_.set_text(from_qt(text));
   });
+}
+
+void ValueBinding::type(const std::string& text) {
+  typed(to_qt(text));
+  confirm();
 }
 
 void ValueBinding::confirm() {

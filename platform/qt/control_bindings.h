@@ -111,18 +111,22 @@ class ComboBinding : public ControlBinding {
 
 // A combo box with free text. The text counts as typed from the first key on until it is confirmed:
 // by a pick, by leaving the box, or by another action of the user. Text that code has put into the
-// box is not the user's, and leaving it is no confirmation.
+// box is not the user's, and leaving it is no confirmation. Nor is leaving it for Cancel, which
+// asks nothing: what stays typed is confirmed when the focus goes on from there.
 class ValueBinding final : public ComboBinding {
  public:
   // on_enter: Enter behind a value that is confirmed.
-  ValueBinding(ComboBox& combo, QComboBox& widget, ValueEdit& edit, EventBoundary& boundary,
-               std::function<void()> on_enter);
+  ValueBinding(ComboBox& combo, QComboBox& widget, ValueEdit& edit, QWidget& cancel,
+               EventBoundary& boundary, std::function<void()> on_enter);
 
   // Confirms what is typed.
   void confirm();
 
+  // Puts the text into the box and confirms it, as if typed.
+  void type(const std::string& text);
+
  protected:
-  // Sees the focus leave the box.
+  // Sees the focus leave the box, or Cancel.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -131,6 +135,7 @@ class ValueBinding final : public ComboBinding {
   void typed(const QString& text);
 
   ValueEdit& edit_;
+  const QWidget& cancel_;
   bool is_typed_ = false;
   bool is_confirming_ = false;
 };

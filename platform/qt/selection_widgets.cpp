@@ -94,6 +94,7 @@ SelectionWidgets::SelectionWidgets(QWidget& window, SelectionDialog& dialog,
       oper(make_picker(5)),
       value(make_picker(14)),
       value_edit(make_value_edit(value)),
+      refusal(*new RefusalNotice(captions, value_edit)),
       formula(*new QPlainTextEdit),
       criteria(*new EntryListView),
       models(*new EntryListView),
@@ -214,8 +215,9 @@ void SelectionWidgets::lay_out_criterion() {
     list_buttons->addWidget(widget);
   }
   grid->addLayout(list_buttons, 1, 3);
-  grid->addWidget(label_of(formula), 2, 0, 1, 4);
-  grid->addWidget(&formula, 3, 0, 1, 4);
+  grid->addWidget(&refusal, 2, 0, 1, 4);
+  grid->addWidget(label_of(formula), 3, 0, 1, 4);
+  grid->addWidget(&formula, 4, 0, 1, 4);
   auto* const line_buttons = new QHBoxLayout;
   for (Button SelectionDialog::*const control :
        {&SelectionDialog::btnInsert, &SelectionDialog::btnReplace, &SelectionDialog::btnDelete,
@@ -223,7 +225,7 @@ void SelectionWidgets::lay_out_criterion() {
     line_buttons->addWidget(button(control));
   }
   line_buttons->addStretch();
-  grid->addLayout(line_buttons, 4, 0, 1, 4);
+  grid->addLayout(line_buttons, 5, 0, 1, 4);
   grid->setColumnStretch(0, 3);
   grid->setColumnStretch(2, 3);
 }
@@ -267,7 +269,7 @@ void SelectionWidgets::lay_out_models() {
 
 // Through the criterion, the list and the models, in the order in which they are used.
 void SelectionWidgets::set_tab_order() {
-  std::vector<QWidget*> order = {&field, &oper, &value};
+  std::vector<QWidget*> order = {&field, &oper, &value, &refusal.offer()};
   const auto add_until = [this, &order](const Button& last) {
     for (std::size_t i = std::size_t{0}; i < buttons.size(); ++i) {
       QPushButton* const widget = &buttons[i].widget;

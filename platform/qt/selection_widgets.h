@@ -18,6 +18,7 @@
 
 #include "platform/qt/captions.h"
 #include "platform/qt/entry_list_view.h"
+#include "platform/qt/refusal_notice.h"
 #include "platform/qt/value_edit.h"
 #include "platform/selection_dialog.h"
 
@@ -48,6 +49,7 @@ class SelectionWidgets {
   QComboBox& oper;
   QComboBox& value;
   ValueEdit& value_edit;
+  RefusalNotice& refusal;
   QPlainTextEdit& formula;
   EntryListView& criteria;
   EntryListView& models;

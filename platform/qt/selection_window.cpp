@@ -51,6 +51,17 @@ class SelectionWindow::Content final : public EventBoundary {
   void choose_default_button();
   bool is_composing() const;
 
+  // What a refusal of the line speaks of.
+  struct Composed {
+    int field;
+    int oper;
+    std::string value;
+    friend bool operator==(const Composed&, const Composed&) = default;
+  };
+  Composed composed() const;
+  void show_refusal(Button& button);
+  void take_offered(const std::string& offered);
+
   void show_error();
   void tell(const Error& error);
   void follow_dialog();
@@ -68,6 +79,8 @@ class SelectionWindow::Content final : public EventBoundary {
   bool closed_ = false;               // the widgets are going
   int depth_ = 0;                     // of actions within actions
   std::vector<ListEntry> lines_;      // as they were after the last action
+  Composed refused_;                  // as it was when the last line was refused
+  Button* refused_by_ = nullptr;      // Insert or Replace
   std::exception_ptr pending_error_;  // waits to be told to the user
   std::exception_ptr ok_error_;       // of an OK with no other OK or Cancel behind it
   std::exception_ptr fatal_error_;    // closes the window
@@ -83,9 +96,11 @@ SelectionWindow::Content::Content(SelectionWindow& window, SelectionDialog& dial
       row_count_(settings.row_counter ? new RowCountLine(*settings.row_counter, captions_)
                                       : nullptr),
       widgets_(window, dialog, captions_, row_count_),
-      lines_(dialog.ListCriteria.entries()) {
+      lines_(dialog.ListCriteria.entries()),
+      refused_(composed()) {
   widgets_.criteria.set_separator(to_qt(dialog.or_line()));
   bind_all();
+  widgets_.refusal.on_take = [this](const std::string& offered) { take_offered(offered); };
   add_shortcuts();
   QObject::connect(qApp, &QApplication::focusChanged, &widgets_.body,
                    [this] { choose_default_button(); });
@@ -108,7 +123,8 @@ void SelectionWindow::Content::bind_all() {
   add(std::make_unique<ComboBinding>(dialog_.cboField, widgets_.field, *this));
   add(std::make_unique<ComboBinding>(dialog_.cboOperator, widgets_.oper, *this));
   auto value = std::make_unique<ValueBinding>(dialog_.cboValue, widgets_.value, widgets_.value_edit,
-                                              *this, [this] { click(dialog_.btnInsert); });
+                                              widgets_.of(dialog_.btnCancel), *this,
+                                              [this] { click(dialog_.btnInsert); });
   value_ = value.get();
   add(std::move(value));
   add(std::make_unique<TextBinding>(dialog_.Formula, widgets_.formula, *this));
@@ -199,7 +215,28 @@ void SelectionWindow::Content::press(Button& button) {
   if (is_ok || is_cancel) ok_error_ = nullptr;
   run([&button] { button.click(); });
   if (is_ok) ok_error_ = pending_error_;
+  if (&button == &dialog_.btnInsert || &button == &dialog_.btnReplace) show_refusal(button);
 }
+
+// --- A line that is not taken
+
+SelectionWindow::Content::Composed SelectionWindow::Content::composed() const {
+  return {dialog_.cboField.index(), dialog_.cboOperator.index(), dialog_.cboValue.text()};
+}
+
+void SelectionWindow::Content::show_refusal(Button& button) {
+  if (pending_error_ || fatal_error_) return;
+  refused_ = composed();
+  refused_by_ = &button;
+  widgets_.refusal.show_refusal(dialog_.refused_line());
+}
+
+void SelectionWindow::Content::take_offered(const std::string& offered) {
+  value_->type(offered);
+  press(*refused_by_);
+}
+
+// --- Errors and what follows an action
 
 void SelectionWindow::Content::show_error() {
   const std::exception_ptr error = std::exchange(pending_error_, nullptr);
@@ -230,6 +267,7 @@ void SelectionWindow::Content::follow_dialog() {
   widgets_.criteria.set_separator(to_qt(dialog_.or_line()));
   const bool lines_changed = lines_ != dialog_.ListCriteria.entries();
   if (lines_changed) lines_ = dialog_.ListCriteria.entries();
+  if (lines_changed || composed() != refused_) widgets_.refusal.show_refusal({});
   if (fatal_error_ || !dialog_.is_visible()) {
     window_.done(QDialog::Accepted);
   } else if (row_count_ != nullptr) {

@@ -79,6 +79,7 @@ struct FromItem {
   std::string alias;  // table, derived table
   std::size_t offset = 0;
   QueryPtr query;  // derived table
+  int depth = 1;
   JoinKind join = JoinKind::kInner;
   std::unique_ptr<FromItem> left, right;  // join
   ExprPtr on;                             // join, none when crossed

@@ -22,6 +22,18 @@ std::string balanced(const std::vector<std::string>& terms, std::size_t begin, s
   return "(" + balanced(terms, begin, middle, op) + op + balanced(terms, middle, end, op) + ")";
 }
 
+// The terms of one chain that the embedded database may look at to choose how it searches. It
+// compares each of these with all others.
+constexpr std::size_t kSearchTerms = 64;
+
+// In a long chain of ANDs the terms behind the first ones stand behind two NOTs, which change no
+// result: so they are one term to it.
+std::string all_of(const std::vector<std::string>& terms) {
+  if (terms.size() <= kSearchTerms) return balanced(terms, 0, terms.size(), " AND ");
+  return "(" + balanced(terms, 0, kSearchTerms, " AND ") + " AND (NOT (NOT " +
+         balanced(terms, kSearchTerms, terms.size(), " AND ") + ")))";
+}
+
 bool is_condition(const Expr& expr) { return expr.kind >= ExprKind::kAnd; }
 
 bool nonzero_literal(const Fragment& fragment) {
@@ -47,6 +59,12 @@ int digits_of(std::string_view number) {
   number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
   return static_cast<int>(
       std::count_if(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; }));
+}
+
+// Those of a decimal that count: neither zeros that begin it nor zeros that end it.
+int significant_digits(std::string_view number) {
+  number = number.substr(0, number.find_last_not_of("0.") + 1);
+  return digits_of(number.substr(std::min(number.find_first_not_of("0."), number.size())));
 }
 
 // A whole-number literal counts in decimal arithmetic with the digits that it has.
@@ -106,7 +124,20 @@ std::string Translator::item_condition(const Expr& expr) {
   return result;
 }
 
+// Beyond 15 digits the stored form of a decimal loses some: such a number is good for a comparison
+// with a floating-point one only, of which it names one value exactly.
+void Translator::refuse_long(const Fragment& number, std::size_t offset) const {
+  if (number.long_number.empty()) return;
+  fail("The number " + number.long_number + " has more than 15 digits.", offset, 8115, "22003");
+}
+
 Fragment Translator::value(const Expr& expr) {
+  Fragment result = comparand(expr);
+  refuse_long(result, expr.offset);
+  return result;
+}
+
+Fragment Translator::comparand(const Expr& expr) {
   if (is_condition(expr)) {
     fail("A condition stands where a value is expected.", expr.offset, 4145);
   }
@@ -155,13 +186,15 @@ std::string Translator::condition(const Expr& expr) {
 std::string Translator::condition_of(const Expr& expr) {
   switch (expr.kind) {
     case ExprKind::kAnd:
-      return chain(expr, " AND ");
-    case ExprKind::kOr:
-      return chain(expr, " OR ");
+      return all_of(conditions(expr));
+    case ExprKind::kOr: {
+      const std::vector<std::string> terms = conditions(expr);
+      return balanced(terms, 0, terms.size(), " OR ");
+    }
     case ExprKind::kNot:
       return "(NOT " + condition(*expr.parts[0]) + ")";
     case ExprKind::kCompare:
-      return compare(value(*expr.parts[0]), expr.text, value(*expr.parts[1]), expr.offset);
+      return compare(comparand(*expr.parts[0]), expr.text, comparand(*expr.parts[1]), expr.offset);
     case ExprKind::kLike:
       return like(expr);
     case ExprKind::kBetween:
@@ -179,11 +212,11 @@ std::string Translator::condition_of(const Expr& expr) {
   }
 }
 
-std::string Translator::chain(const Expr& expr, const char* op) {
+std::vector<std::string> Translator::conditions(const Expr& chain) {
   std::vector<std::string> terms;
-  terms.reserve(expr.parts.size());
-  for (const ExprPtr& part : expr.parts) terms.push_back(condition(*part));
-  return balanced(terms, 0, terms.size(), op);
+  terms.reserve(chain.parts.size());
+  for (const ExprPtr& part : chain.parts) terms.push_back(condition(*part));
+  return terms;
 }
 
 Fragment Translator::literal(const Expr& expr) {
@@ -202,10 +235,7 @@ Fragment Translator::literal(const Expr& expr) {
       const std::size_t point = expr.text.find('.');
       const int scale = static_cast<int>(expr.text.size() - point - 1);
       const int size = digits_of(expr.text);
-      if (digits_of(std::string_view(expr.text).substr(
-              std::min(expr.text.find_first_not_of("0."), expr.text.size()))) > kExactDigits) {
-        fail("The number " + expr.text + " has more than 15 digits.", expr.offset, 8115, "22003");
-      }
+      if (significant_digits(expr.text) > kExactDigits) result.long_number = expr.text;
       result.type = {TypeId::kDecimal, std::max(size, 1), scale};
       result.sql = stored_literal(parse_number(expr.text).value_or(0));
       result.number_literal = true;
@@ -283,13 +313,14 @@ Fragment Translator::column(const Expr& expr) {
 }
 
 Fragment Translator::minus(const Expr& expr) {
-  Fragment operand = value(*expr.parts[0]);
+  Fragment operand = comparand(*expr.parts[0]);
   if (operand.type.type_class() == TypeClass::kNull) operand.type = kInt;
   if (!operand.type.is_number()) {
     fail("Operand data type " + operand.type.declaration() + " is invalid for minus operator.",
          expr.offset, 8117);
   }
   Fragment result;
+  result.long_number = operand.long_number;
   result.type = operand.type;
   result.number_literal = operand.number_literal;
   result.sql = "(-" + operand.sql + ")";
@@ -324,7 +355,8 @@ Fragment Translator::arithmetic(const Expr& expr) {
   SqlType common = common_type(left.type, right.type);
   if (common.type_class() == TypeClass::kNull) common = kInt;
   const bool both_bits = common.type_class() == TypeClass::kBit;
-  if (!common.is_number() || both_bits || (op == '%' && !common.is_integer())) {
+  const bool no_remainder = op == '%' && !common.is_integer() && !common.is_decimal();
+  if (!common.is_number() || both_bits || no_remainder) {
     fail("The data types " + left.type.declaration() + " and " + right.type.declaration() +
              " are incompatible in the operator " + expr.text + ".",
          expr.offset, 402);
@@ -335,7 +367,9 @@ Fragment Translator::arithmetic(const Expr& expr) {
     left = convert(std::move(left), common, expr.offset);
     right = convert(std::move(right), common, expr.offset);
   }
-  if (op == '/' || op == '%') {
+  if (op == '%' && common.is_decimal()) {
+    result.sql = left.sql + ", " + right.sql;
+  } else if (op == '/' || op == '%') {
     const std::string dividend =
         common.is_integer() ? operand(left, common) : "CAST(" + left.sql + " AS REAL)";
     result.sql = "(" + dividend + " " + op + " " + divisor(right) + ")";
@@ -348,8 +382,10 @@ Fragment Translator::arithmetic(const Expr& expr) {
     result.type = decimal_result(op, a, b);
   }
   if (common.is_decimal()) {
-    result.sql = (op == '/' ? "server_cut(" : "server_round(") + result.sql + ", " +
-                 std::to_string(result.type.scale) + ")";
+    const std::string function = op == '/'   ? "server_cut("
+                                 : op == '%' ? "server_remainder("
+                                             : "server_round(";
+    result.sql = function + result.sql + ", " + std::to_string(result.type.scale) + ")";
   } else if (common.is_integer()) {
     check_integer(result);
   }
@@ -504,21 +540,21 @@ std::string Translator::like(const Expr& expr) {
 }
 
 std::string Translator::between(const Expr& expr) {
-  const Fragment operand = value(*expr.parts[0]);
-  const std::string low = compare(operand, ">=", value(*expr.parts[1]), expr.offset);
-  const std::string high = compare(operand, "<=", value(*expr.parts[2]), expr.offset);
+  const Fragment operand = comparand(*expr.parts[0]);
+  const std::string low = compare(operand, ">=", comparand(*expr.parts[1]), expr.offset);
+  const std::string high = compare(operand, "<=", comparand(*expr.parts[2]), expr.offset);
   const std::string both = "(" + low + " AND " + high + ")";
   return expr.negated ? "(NOT " + both + ")" : both;
 }
 
 std::string Translator::in(const Expr& expr) {
-  const Fragment operand = value(*expr.parts[0]);
+  const Fragment operand = comparand(*expr.parts[0]);
   std::string members;
   std::vector<std::string> comparisons;
   bool converted = false;
   for (std::size_t i = 1; i < expr.parts.size(); ++i) {
     Fragment left = operand;
-    Fragment right = value(*expr.parts[i]);
+    Fragment right = comparand(*expr.parts[i]);
     bring_together(left, right, expr.parts[i]->offset);
     converted = converted || left.sql != operand.sql;
     members += (i > 1 ? ", " : "") + right.sql;
@@ -545,8 +581,12 @@ std::string Translator::in_query(const Expr& expr) {
   right.sql = "\"u0\"";
   right.collated = true;
   bring_together(left, right, expr.offset);
-  const std::string rows =
-      right.sql == "\"u0\"" ? inner.sql : "SELECT " + right.sql + " FROM (" + inner.sql + ")";
+  // Distinct, because texts that are equal but of another length break the tree of the members.
+  const bool distinct = right.type.is_text();
+  const std::string rows = right.sql == "\"u0\"" && !distinct
+                               ? inner.sql
+                               : "SELECT " + std::string(distinct ? "DISTINCT " : "") +
+                                     collated(right) + " FROM (" + inner.sql + ")";
   return "(" + collated(left) + (expr.negated ? " NOT IN (" : " IN (") + rows + "))";
 }
 
@@ -558,6 +598,10 @@ std::string Translator::compare(Fragment left, const std::string& op, Fragment r
 
 void Translator::bring_together(Fragment& left, Fragment& right, std::size_t offset) {
   const SqlType common = common_type(left.type, right.type);
+  if (common.type_class() != TypeClass::kFloat) {
+    refuse_long(left, offset);
+    refuse_long(right, offset);
+  }
   left = convert(std::move(left), common, offset);
   right = convert(std::move(right), common, offset);
 }

@@ -31,10 +31,18 @@ std::string_view without_trailing_blanks(std::string_view s) {
   return s.substr(0, s.find_last_not_of(' ') + 1);
 }
 
+bool is_digit(const std::string& c) { return c.size() == 1 && c[0] >= '0' && c[0] <= '9'; }
+
+// Of an upper-case character. Beside the basic letters these are Latin-1, Latin Extended-A, Greek
+// and Cyrillic, which have small and capital letters.
+bool is_letter(const std::string& c) {
+  return (c.size() == 1 && c[0] >= 'A' && c[0] <= 'Z') || c == "ß" || lower(c) != c;
+}
+
 // One element of a pattern.
 struct Element {
   enum Kind { kCharacter, kAnyCharacter, kAnyText, kSet } kind = kCharacter;
-  std::string character;
+  std::string character;  // upper case, as all in a pattern
   bool negated = false;
   std::vector<std::pair<std::string, std::string>> ranges;
 
@@ -92,13 +100,25 @@ class PatternReader {
           at_ + 1 < pattern_.size() && pattern_[at_] == "-" && pattern_[at_ + 1] != "]";
       if (range) ++at_;
       if (range && is_escape() && ++at_ == pattern_.size()) return false;
-      set.ranges.emplace_back(first, range ? pattern_[at_++] : first);
+      const std::string& last = range ? pattern_[at_++] : first;
+      if (range) require_known_order(first, last);
+      set.ranges.emplace_back(first, last);
     }
     if (at_ == pattern_.size()) return false;
     if (set.ranges.empty()) {
       throw DatabaseError("The empty set '[]' in a LIKE pattern is not supported.", "42000", 102);
     }
     return true;
+  }
+
+  // Only digits and letters have the places among each other that they have on the server.
+  static void require_known_order(const std::string& first, const std::string& last) {
+    const bool known = (is_digit(first) && is_digit(last)) || (is_letter(first) && is_letter(last));
+    if (known) return;
+    throw DatabaseError("The range '" + first + "-" + last +
+                            "' in a LIKE pattern is not supported: a range goes from a digit to a "
+                            "digit or from a letter to a letter.",
+                        "42000", 102);
   }
 
   const Characters& pattern_;
@@ -146,12 +166,14 @@ std::map<std::string, std::string> make_small_letters() {
 }
 
 // The letter that a capital with an accent sorts beside, for Latin-1 and Latin Extended-A, from the
-// code point C0 on; a blank where there is none.
+// code point C0 on; a blank where there is none. The sharp s sorts as two of them.
 constexpr std::string_view kBaseLetters =
     "AAAAAAACEEEEIIIIDNOOOOO OUUUUYTSAAAAAAACEEEEIIIIDNOOOOO OUUUUYTY"
     "AAAAAACCCCCCCCDDDDEEEEEEEEEEGGGGGGGGHHHHIIIIIIIIIIIIJJKKKLLLLLLL"
     "LLLNNNNNNNNNOOOOOOOORRRRRRSSSSSSSSTTTTTTUUUUUUUUUUUUWWYYYZZZZZZS";
 static_assert(kBaseLetters.size() == 0x180 - 0xC0);
+constexpr std::size_t kSharpS = 0xDF - 0xC0;
+static_assert(kBaseLetters[kSharpS] == 'S');
 
 // An upper-case text with its accents taken off.
 std::string without_accents(std::string_view upper) {
@@ -162,7 +184,7 @@ std::string without_accents(std::string_view upper) {
       const auto next = static_cast<unsigned char>(upper[i + 1]);
       const std::size_t at = (lead - 0xC3U) * 0x40U + (next & 0x3FU);
       if ((next & 0xC0U) == 0x80U && kBaseLetters[at] != ' ') {
-        result += kBaseLetters[at];
+        result.append(at == kSharpS ? 2 : 1, kBaseLetters[at]);
         ++i;
         continue;
       }

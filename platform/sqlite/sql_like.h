@@ -8,14 +8,15 @@
 namespace kestrova::sql {
 
 // Below, at or above 0 as a sorts before, with or behind b. Letters with accents sort behind those
-// without, and both before the next letter: A, Ä, B.
+// without, and both before the next letter: A, Ä, B. The sharp s sorts as SS, behind it: equal are
+// two texts only when all their letters are.
 int compare_texts(std::string_view a, std::string_view b);
 
 // LIKE: "%" stands for any text, "_" for one character, "[a-f]" for one of these, "[^a-f]" for one
 // that is none of these. The character behind the escape character (if any) stands for itself. A
 // pattern with a set that is not closed or with nothing behind the escape character matches
-// nothing; an empty set raises DatabaseError. With overlook_blanks, blanks that end the text may be
-// missing in the pattern.
+// nothing; an empty set, and a range that has a sign at an end, raise DatabaseError. With
+// overlook_blanks, blanks that end the text may be missing in the pattern.
 bool matches_pattern(std::string_view text, std::string_view pattern, std::string_view escape,
                      bool overlook_blanks);
 

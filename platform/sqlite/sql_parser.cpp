@@ -591,9 +591,16 @@ class Parser {
     result->join = join_kind();
     result->left = std::move(left);
     result->right = from_primary();
-    if (result->join == JoinKind::kCross) return result;
     // "A JOIN B JOIN C ON ... ON ...": the inner pair comes first.
-    while (at_join()) result->right = join(std::move(result->right));
+    while (result->join != JoinKind::kCross && at_join()) {
+      result->right = join(std::move(result->right));
+    }
+    result->depth = std::max(result->left->depth, result->right->depth) + 1;
+    if (result->depth > kMaxJoined) {
+      throw_syntax_error("More than " + std::to_string(kMaxJoined) + " tables are joined", batch_,
+                         result->offset, 106);
+    }
+    if (result->join == JoinKind::kCross) return result;
     expect("ON");
     result->on = condition();
     return result;

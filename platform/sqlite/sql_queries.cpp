@@ -324,34 +324,38 @@ std::string Translator::write_union(const Query& query, std::vector<Block>& bloc
     if (m > 0 && !query.members[m].all) last_distinct = m;
   }
   // The last plain UNION makes everything before it distinct; only what follows keeps its doubles.
-  const auto combine = [](const std::vector<std::string>& parts, std::size_t begin, std::size_t end,
-                          const std::string& op) {
+  const auto combine = [](const std::vector<std::string>& parts, std::size_t begin,
+                          std::size_t end) {
     std::string result;
-    for (std::size_t i = begin; i < end; ++i) result += (i > begin ? op : "") + parts[i];
+    for (std::size_t i = begin; i < end; ++i) result += (i > begin ? " UNION ALL " : "") + parts[i];
     return result;
   };
-  const auto nested = [&](std::vector<std::string> parts, const std::string& op) {
+  const auto nested = [&](std::vector<std::string> parts) {
     while (parts.size() > kUnionBlock) {
       std::vector<std::string> outer;
       for (std::size_t i = 0; i < parts.size(); i += kUnionBlock) {
         // The limit keeps the embedded database from dissolving the nesting again.
         outer.push_back("SELECT * FROM (" +
-                        combine(parts, i, std::min(i + kUnionBlock, parts.size()), op) +
-                        " LIMIT -1)");
+                        combine(parts, i, std::min(i + kUnionBlock, parts.size())) + " LIMIT -1)");
       }
       parts = std::move(outer);
     }
-    return combine(parts, 0, parts.size(), op);
+    return combine(parts, 0, parts.size());
   };
   const auto split =
       members.begin() + static_cast<std::ptrdiff_t>(last_distinct == 0 ? 0 : last_distinct + 1);
-  std::string distinct_part = nested({members.begin(), split}, " UNION ");
+  // Not its own UNION: that writes every row into one tree, and texts that are equal but of another
+  // length break it.
+  std::string distinct_part;
+  if (last_distinct > 0) {
+    distinct_part = "SELECT DISTINCT * FROM (" + nested({members.begin(), split}) + ")";
+  }
   if (split == members.end()) return distinct_part;
   std::vector<std::string> rest(split, members.end());
   if (!distinct_part.empty()) {
     rest.insert(rest.begin(), "SELECT * FROM (" + distinct_part + " LIMIT -1)");
   }
-  return nested(std::move(rest), " UNION ALL ");
+  return nested(std::move(rest));
 }
 
 std::string Translator::write_from(const FromItem& item) {

@@ -1,7 +1,7 @@
 #include "platform/sqlite/sql_schema.h"
 
-#include "platform/error.h"
 #include "platform/sqlite/sql_lexer.h"
+#include "platform/sqlite/sqlite_error.h"
 #include "platform/text.h"
 
 namespace kestrova::sql {
@@ -11,7 +11,7 @@ StatementHandle prepare(sqlite3* database, const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
   if (sqlite3_prepare_v2(database, sql.c_str(), static_cast<int>(sql.size()), &statement,
                          nullptr) != SQLITE_OK) {
-    throw DatabaseError(sqlite3_errmsg(database), "HY000", sqlite3_extended_errcode(database));
+    throw refusal(sqlite3_extended_errcode(database), sqlite3_errmsg(database));
   }
   return StatementHandle(statement);
 }
@@ -19,7 +19,9 @@ StatementHandle prepare(sqlite3* database, const std::string& sql) {
 bool step(sqlite3* database, sqlite3_stmt* statement) {
   const int code = sqlite3_step(statement);
   if (code != SQLITE_ROW && code != SQLITE_DONE) {
-    throw DatabaseError(sqlite3_errmsg(database), "HY000", sqlite3_extended_errcode(database));
+    const DatabaseError error = refusal(code, sqlite3_errmsg(database));
+    sqlite3_reset(statement);
+    throw error;
   }
   return code == SQLITE_ROW;
 }

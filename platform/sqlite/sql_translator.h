@@ -37,6 +37,8 @@ struct Fragment {
   bool number_literal = false;
   // Name of the table column that it stands for, if any.
   std::string column;
+  // The digits of a decimal literal that has too many of them to be stored, else "".
+  std::string long_number;
 };
 
 struct OutputColumn {
@@ -157,6 +159,8 @@ class Translator {
 
   // --- expressions (sql_expressions.cpp) ---
   Fragment value(const Expr& expr);
+  Fragment comparand(const Expr& expr);
+  void refuse_long(const Fragment& number, std::size_t offset) const;
   std::string condition(const Expr& expr);
   std::string item_condition(const Expr& expr);
   Fragment item_value(const Expr& expr);
@@ -171,7 +175,7 @@ class Translator {
   Fragment case_(const Expr& expr);
   Fragment cast(const Expr& expr);
   Fragment scalar_query(const Expr& expr);
-  std::string chain(const Expr& expr, const char* op);
+  std::vector<std::string> conditions(const Expr& chain);
   std::string like(const Expr& expr);
   std::string between(const Expr& expr);
   std::string in(const Expr& expr);

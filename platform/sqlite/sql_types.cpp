@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "platform/error.h"
 #include "platform/text.h"
@@ -168,6 +170,13 @@ bool scan_time(Scanner& in, DateTime& date) {
   return date.hour < 24 && date.minute < 60 && date.second < 60;
 }
 
+// That of the number's first digit, when the number is rounded to 15.
+int exponent_of(double number) {
+  char digits[64];
+  std::snprintf(digits, sizeof digits, "%.14e", number);
+  return std::atoi(std::strchr(digits, 'e') + 1);
+}
+
 // A number with so many decimal places, the others rounded away or cut off.
 double with_places(double number, int places, bool round) {
   if (!std::isfinite(number) || number == 0) return number;
@@ -287,6 +296,8 @@ SqlType decimal_result(char op, const SqlType& a, const SqlType& b) {
   } else if (op == '/') {
     scale = std::max(6, x.scale + y.size + 1);
     precision = x.size - x.scale + y.scale + scale;
+  } else if (op == '%') {
+    precision = std::max(1, std::min(x.size - x.scale, y.size - y.scale) + scale);
   }
   if (precision > kMaxPrecision) {
     // Whole digits go before digits behind the point, of which six are kept.
@@ -365,14 +376,39 @@ double round_decimal(double number, int places) { return with_places(number, pla
 
 double cut_decimal(double number, int places) { return with_places(number, places, false); }
 
+double remainder_of(double dividend, double divisor, int scale) {
+  // As whole numbers of the last place, in which nothing is lost.
+  const auto places = [scale](double number) {
+    std::string digits = decimal_digits(number, scale);
+    std::erase(digits, '.');
+    const auto count = parse_integer(digits);
+    if (!count) {
+      throw DatabaseError("The operator % takes no numbers of more than 18 digits.", "22003", 8115);
+    }
+    return *count;
+  };
+  const std::int64_t step = places(divisor);
+  if (step == 0) throw_division_by_zero();
+  return round_decimal(static_cast<double>(places(dividend) % step) * std::pow(10.0, -scale),
+                       scale);
+}
+
 std::string decimal_digits(double number, int scale) {
+  // The first 15 digits are the decimal that was meant; zeros stand for the binary noise behind.
+  const int places = std::clamp(kExactDigits - 1 - exponent_of(number), 0, scale);
   char buffer[400];
-  std::snprintf(buffer, sizeof buffer, "%.*f", scale, number);
+  std::snprintf(buffer, sizeof buffer, "%.*f", places, number);
   std::string digits = buffer;
+  if (places == 0 && scale > 0) digits += '.';
+  digits.append(static_cast<std::size_t>(scale - places), '0');
   if (digits.find_first_not_of("-0.") == std::string::npos && digits.starts_with('-')) {
     digits.erase(0, 1);
   }
   return digits;
+}
+
+void throw_division_by_zero() {
+  throw DatabaseError("Divide by zero error encountered.", "22012", 8134);
 }
 
 void throw_bad_date() {

@@ -108,9 +108,14 @@ double round_decimal(double number, int places);
 // The same without rounding, as the server divides.
 double cut_decimal(double number, int places);
 
+// What is left of a division of decimals of at most this scale. Raises DatabaseError 22012 for a
+// division by zero, 22003 for numbers that have too many digits.
+double remainder_of(double dividend, double divisor, int scale);
+
 // The digits of a decimal with its scale: "12.50".
 std::string decimal_digits(double number, int scale);
 
+[[noreturn]] void throw_division_by_zero();
 [[noreturn]] void throw_bad_date();
 [[noreturn]] void throw_bad_number(std::string_view value, const SqlType& target);
 

@@ -2,6 +2,7 @@
 
 #include "platform/error.h"
 #include "platform/single_select.h"
+#include "platform/sqlite/sqlite_error.h"
 #include "platform/sqlite/sqlite_recordset.h"
 #include "platform/sqlite/sqlite_session.h"
 
@@ -38,12 +39,22 @@ int open_flags(const std::string& file, const SqliteOptions& options) {
   return SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
 }
 
+std::shared_ptr<sql::Session> open_session(const std::string& file, const SqliteOptions& options) {
+  const int flags = open_flags(file, options);
+  try {
+    return std::make_shared<sql::Session>(file, flags, options.clock);
+  } catch (const DatabaseError& error) {
+    if (!options.read_only || !sql::needs_recovery(error)) throw;
+  }
+  // Who may only read cannot undo what a broken-off program left half done.
+  sql::Session(file, SQLITE_OPEN_READWRITE, options.clock);
+  return std::make_shared<sql::Session>(file, flags, options.clock);
+}
+
 }  // namespace
 
 std::shared_ptr<Connection> open_sqlite(const std::string& file_or_memory, SqliteOptions options) {
-  const int flags = open_flags(file_or_memory, options);
-  return std::make_shared<SqliteConnection>(
-      std::make_shared<sql::Session>(file_or_memory, flags, std::move(options.clock)));
+  return std::make_shared<SqliteConnection>(open_session(file_or_memory, options));
 }
 
 void check_sqlite(Connection& connection, std::string_view sql) {

@@ -17,6 +17,8 @@ namespace kestrova {
 struct SqliteOptions {
   // Makes the file when it is missing; without it, a missing file is a DatabaseError.
   bool create = false;
+  // Nothing is changed. What a program that was broken off while writing left half done is undone
+  // first, if the file may be written.
   bool read_only = false;
   // What GETDATE() answers; asked once per statement.
   std::function<DateTime()> clock = local_now;
@@ -25,6 +27,9 @@ struct SqliteOptions {
 // Opens a database file, or with ":memory:" an empty database that lives as long as the connection.
 // The connection's kind is kSqlServer. Raises DatabaseError when the file is missing, cannot be
 // read or is no database.
+//
+// A file that another program has locked is waited for, five seconds for each statement; what is
+// still locked then is a DatabaseError of SQLSTATE "40001", and nothing of the statement is done.
 std::shared_ptr<Connection> open_sqlite(const std::string& file_or_memory,
                                         SqliteOptions options = {});
 

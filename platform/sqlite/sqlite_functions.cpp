@@ -90,8 +90,11 @@ int places(const Call& call) {
 void give_rounded(const Call& call) { call.give(round_decimal(call.number(0), places(call))); }
 void give_cut(const Call& call) { call.give(cut_decimal(call.number(0), places(call))); }
 void give_divisor(const Call& call) {
-  if (call.number(0) == 0) throw DatabaseError("Divide by zero error encountered.", "22012", 8134);
+  if (call.number(0) == 0) throw_division_by_zero();
   call.give_argument(0);
+}
+void give_remainder(const Call& call) {
+  call.give(remainder_of(call.number(0), call.number(1), static_cast<int>(call.integer(2))));
 }
 void give_single(const Call& call) {
   if (call.integer(0) > 1) {
@@ -170,7 +173,7 @@ struct FunctionRow {
 };
 
 // clang-format off
-constexpr std::array<FunctionRow, 24> kFunctions = {{
+constexpr std::array<FunctionRow, 25> kFunctions = {{
     {"server_missing_key", 1, give_missing_key},
     {"server_from_text",    4, from_text},
     {"server_to_text",      5, to_text},
@@ -179,6 +182,7 @@ constexpr std::array<FunctionRow, 24> kFunctions = {{
     {"server_round",        2, give_rounded},
     {"server_cut",          2, give_cut},
     {"server_divisor",      1, give_divisor},
+    {"server_remainder",    3, give_remainder},
     {"server_single",       2, give_single},
     {"server_now",          0, give_now},
     {"server_days",         1, give_day_count},

@@ -1,10 +1,12 @@
 #include "platform/sqlite/sqlite_session.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "platform/error.h"
 #include "platform/sqlite/sql_convert.h"
 #include "platform/sqlite/sql_parser.h"
+#include "platform/sqlite/sqlite_error.h"
 #include "platform/text.h"
 
 namespace kestrova::sql {
@@ -16,6 +18,47 @@ struct Overloaded : Functions... {
 };
 template <class... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
+
+// Optimisations of the embedded database, as its test control for them numbers them.
+// A Bloom filter looks at the bytes of texts, and so loses rows whose texts are equal only by the
+// collation.
+constexpr int kBloomFilter = 0x00080000;
+// Constants are taken out of the rows' loop, each after a comparison with all before it: in a
+// statement of ten thousands of them that takes minutes.
+constexpr int kConstantsOnce = 0x00000008;
+constexpr std::size_t kManyConstants = 100'000;  // in characters of the statement
+
+// How long a lock of another program is waited for.
+constexpr std::chrono::milliseconds kMostWait{5'000};
+
+bool is_temporary(const TableName& table) { return table.name.starts_with('#'); }
+
+// Whether a statement changes the file, and not only the connection's own tables.
+bool writes_file(const Statement& statement) {
+  return std::visit(Overloaded{
+                        [](const SelectStatement& s) { return s.into && !is_temporary(*s.into); },
+                        [](const InsertStatement& s) { return !is_temporary(s.table); },
+                        [](const UpdateStatement& s) { return !is_temporary(s.table); },
+                        [](const DeleteStatement& s) { return !is_temporary(s.table); },
+                        [](const CreateTableStatement& s) { return !is_temporary(s.table); },
+                        [](const CreateIndexStatement& s) { return !is_temporary(s.table); },
+                        [](const DropTableStatement& s) {
+                          return !std::all_of(s.tables.begin(), s.tables.end(), is_temporary);
+                        },
+                        [](const DropIndexStatement& s) { return !is_temporary(s.table); },
+                        [](const IdentityInsertStatement&) { return false; },
+                        [](const TransactionStatement&) { return false; },
+                        [](const SettingStatement&) { return false; },
+                        [](const BlockStatement& s) {
+                          return std::any_of(s.statements.begin(), s.statements.end(), writes_file);
+                        },
+                        [](const IfStatement& s) {
+                          return writes_file(*s.then_branch) ||
+                                 (s.else_branch && writes_file(*s.else_branch));
+                        },
+                    },
+                    statement.body);
+}
 
 // How the embedded database's refusals are told.
 DatabaseError constraint_error(const std::string& message) {
@@ -69,15 +112,38 @@ Session::Session(const std::string& file, int flags, std::function<DateTime()> c
         code);
   }
   sqlite3_extended_result_codes(handle, 1);
-  sqlite3_busy_timeout(handle, 5'000);
+  sqlite3_busy_handler(
+      handle,
+      [](void* session, int tries) {
+        return static_cast<Session*>(session)->wait_for_lock(tries == 0) ? 1 : 0;
+      },
+      this);
   sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1'000'000'000);
   // A name in double quotes that no table knows must not turn into a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   register_functions(handle, functions_);
+  require_text_joins();
   schema_ = Schema(handle);
   // A file that is no database shows when it is first read.
   run("SELECT COUNT(*) FROM sqlite_schema");
+}
+
+// Two texts that differ in blanks only, joined as the embedded database joins what has no index.
+// That it does so by the collation cannot be read from its version, nor from the answer of its test
+// control, which some builds leave out.
+void Session::require_text_joins() {
+  const std::string collation = " COLLATE " + std::string(kTextCollation);
+  const StatementHandle query = prepare(
+      "WITH RECURSIVE A(K, I) AS (SELECT 'x', 1 UNION ALL SELECT K, I + 1 FROM A WHERE I < 3), "
+      "B(K, I) AS (SELECT 'x ', 1 UNION ALL SELECT K, I + 1 FROM B WHERE I < 3) "
+      "SELECT COUNT(*) FROM A JOIN B ON B.K" +
+      collation + " = A.K" + collation);
+  step(query.get());
+  if (sqlite3_column_int(query.get(), 0) == 9) return;
+  throw DatabaseError("SQLite " + std::string(sqlite3_libversion()) +
+                          " joins texts by their bytes: rows would be lost.",
+                      "HYC00");
 }
 
 std::int64_t Session::execute(std::string_view batch) {
@@ -114,7 +180,8 @@ void Session::check(std::string_view batch) {
 void Session::run_statements(const std::vector<Statement>& statements, std::size_t count,
                              std::string_view batch) {
   read_rest();
-  begin_batch();
+  begin_batch(std::any_of(statements.begin(),
+                          statements.begin() + static_cast<std::ptrdiff_t>(count), writes_file));
   try {
     for (std::size_t i = 0; i < count; ++i) {
       naming(statement_name(i, statements[i]), [&] { run_statement(statements[i], batch); });
@@ -126,17 +193,30 @@ void Session::run_statements(const std::vector<Statement>& statements, std::size
   end_batch();
 }
 
-// One transaction around the whole batch: thousands of statements cost one write to the disk.
-void Session::begin_batch() {
+// One transaction around the whole batch: thousands of statements cost one write to the disk. One
+// that will write takes the lock for it at once: who has read already is refused without waiting,
+// because two who read and wait to write would wait for each other.
+void Session::begin_batch(bool writes) {
   if (sqlite3_get_autocommit(database_.get()) == 0) return;
-  run("BEGIN");
+  run(writes ? "BEGIN IMMEDIATE" : "BEGIN");
   batch_transaction_ = true;
 }
 
 void Session::end_batch() {
   if (!batch_transaction_) return;
   batch_transaction_ = false;
-  if (sqlite3_get_autocommit(database_.get()) == 0) run("COMMIT");
+  if (sqlite3_get_autocommit(database_.get()) == 0) commit();
+}
+
+void Session::commit() {
+  try {
+    run("COMMIT");
+  } catch (const DatabaseError&) {
+    // A transaction that stayed open would swallow everything that follows.
+    if (sqlite3_get_autocommit(database_.get()) == 0) run("ROLLBACK");
+    schema_.forget();
+    throw;
+  }
 }
 
 Translator Session::translator(std::string_view batch) {
@@ -254,7 +334,7 @@ void Session::run_transaction(TransactionVerb verb) {
   if (verb == TransactionVerb::kBegin) {
     if (open_transactions_++ > 0) return;  // inner ones only count
     end_batch();
-    run("BEGIN");
+    run("BEGIN IMMEDIATE");
     return;
   }
   if (open_transactions_ == 0) {
@@ -264,7 +344,7 @@ void Session::run_transaction(TransactionVerb verb) {
         verb == TransactionVerb::kCommit ? 3902 : 3903);
   }
   if (verb == TransactionVerb::kCommit) {
-    if (--open_transactions_ == 0) run("COMMIT");
+    if (--open_transactions_ == 0) commit();
     return;
   }
   open_transactions_ = 0;
@@ -273,6 +353,8 @@ void Session::run_transaction(TransactionVerb verb) {
 }
 
 StatementHandle Session::prepare(const std::string& sql) {
+  sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, database_.get(),
+                       sql.size() > kManyConstants ? kBloomFilter | kConstantsOnce : kBloomFilter);
   sqlite3_stmt* statement = nullptr;
   const int code = sqlite3_prepare_v2(database_.get(), sql.c_str(), static_cast<int>(sql.size()),
                                       &statement, nullptr);
@@ -295,7 +377,19 @@ bool Session::step(sqlite3_stmt* statement) {
     throw DatabaseError("The statement takes longer than its time limit.", "HYT00", code);
   }
   if ((code & 0xFF) == SQLITE_CONSTRAINT) throw constraint_error(message);
-  throw DatabaseError(message + ".", (code & 0xFF) == SQLITE_READONLY ? "25006" : "HY000", code);
+  throw refusal(code, message + ".");
+}
+
+// Waiting is no work of the statement. Under a time limit the wait is as short as that.
+bool Session::wait_for_lock(bool first_try) {
+  constexpr std::chrono::milliseconds kPause{10};
+  const auto now = std::chrono::steady_clock::now();
+  if (first_try) lock_met_ = now;
+  const auto most = time_limit_.count() > 0 ? std::min(time_limit_, kMostWait) : kMostWait;
+  if (now - lock_met_ >= most) return false;
+  std::this_thread::sleep_for(kPause);
+  step_began_ += std::chrono::steady_clock::now() - now;
+  return true;
 }
 
 void Session::set_time_limit(std::chrono::milliseconds limit) {
@@ -319,9 +413,8 @@ std::int64_t Session::run(const std::string& sql) {
 std::int64_t Session::changed_rows() const { return sqlite3_changes64(database_.get()); }
 
 void Session::fail(int code) {
-  throw DatabaseError("The embedded database cannot run the statement: " +
-                          std::string(sqlite3_errmsg(database_.get())) + ".",
-                      "HY000", code);
+  throw refusal(code, "The embedded database cannot run the statement: " +
+                          std::string(sqlite3_errmsg(database_.get())) + ".");
 }
 
 void Session::remove_reader(RowReader& reader) {

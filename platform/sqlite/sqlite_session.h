@@ -71,8 +71,11 @@ class Session {
   void run_select(const SelectStatement& statement, Translator& translator);
   void check_statement(const Statement& statement, std::string_view batch);
   Translator translator(std::string_view batch);
-  void begin_batch();
+  void begin_batch(bool writes);
   void end_batch();
+  void commit();
+  bool wait_for_lock(bool first_try);
+  void require_text_joins();
   [[noreturn]] void fail(int code);
 
   FunctionState functions_;  // must outlive the handle
@@ -86,6 +89,7 @@ class Session {
   std::vector<RowReader*> readers_;
   std::chrono::milliseconds time_limit_{0};
   std::chrono::steady_clock::time_point step_began_;
+  std::chrono::steady_clock::time_point lock_met_;
 };
 
 }  // namespace kestrova::sql

@@ -68,8 +68,7 @@ AttackHost::AttackHost() : user_(std::make_shared<PassiveUser>()) {
   const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
   install_host({.suite = make_standalone_suite(context_.dbado, locale),
                 .user_interface = user_,
-                .user_locale = locale,
-                .make_selection_form = make_selection_form});
+                .user_locale = locale});
   db().set_time_limit(kMostTime);
 }
 

@@ -336,7 +336,9 @@ const Columns kText = {{"A"}};
 struct SuiteHost : RunHost {
   // The field "Art" has the number 5, in the list and in SELEKTION.
   explicit SuiteHost(const std::string& code, const std::string& list_key,
-                     const std::string& model_relation) {
+                     const std::string& model_relation,
+                     std::shared_ptr<FakeSuite> its_suite = nullptr)
+      : RunHost(std::move(its_suite)) {
     offer(list_key, {{"Art", 5}});
     const OfferedField art = {
         {.id = 5, .name = "ART", .nickname = "ART", .table = "LAGER"}, "Art", ""};
@@ -381,6 +383,25 @@ TEST(CommitRestricted, OutsideTheCatalogueKeepsTheConditionButNotTheTables) {
   EXPECT_EQ(text_of("PERSONAL", "PERSONAL", "PERSONAL"),
             " FROM <PERSONAL,5,R7><PERSONAL,5,R7> WHERE  {PERSONAL,7} AND (EXPR(PERSONAL,5) = 'X' "
             "OR (EXPR(PERSONAL,5) IS NULL OR RTRIM(LTRIM(EXPR(PERSONAL,5))) = ''))");
+}
+
+// A suite whose restriction is nothing but blanks: no empty one, which would be left out.
+TEST(CommitRestricted, KeepsABaseConditionOfBlanks) {
+  class BlankSuite : public FakeSuite {
+   public:
+    std::shared_ptr<AccessLevelFilter> access_level_filter() override {
+      struct Filter : AccessLevelFilter {
+        std::string restrict(std::string_view table, std::string_view, const KesVar&,
+                             std::int32_t) override {
+          return table == "MODELS" ? " {MODELS,7}" : "  ";
+        }
+      };
+      return std::make_shared<Filter>();
+    }
+  };
+  SuiteHost host("PERSONAL", "PERSONAL", "PERSONAL", std::make_shared<BlankSuite>());
+  EXPECT_EQ(committed(host, {"Art = 'X'"}).text,
+            " FROM <PERSONAL,5,R7> WHERE    AND (EXPR(PERSONAL,5) = 'X')");
 }
 
 TEST(CommitCatalogue, AddsTheTablesOfTheFieldsToTheBase) {

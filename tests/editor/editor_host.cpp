@@ -118,12 +118,10 @@ std::string model_state_query(std::string_view model_relation) {
 EditorHost::EditorHost(std::shared_ptr<FakeSuite> its_suite, std::shared_ptr<UserLocale> locale)
     : EngineHost(std::move(its_suite)) {
   if (!locale) locale = std::make_shared<FakeLocale>(FakeLocale::Language::kGerman);
-  install_host({suite, user, std::move(locale), [this]() -> std::shared_ptr<SelectionForm> {
-                  ++forms_made;
-                  return editor;
-                }});
+  install_host({suite, user, std::move(locale)});
   editor = std::make_shared<F_Selection>();
   ModuleState& state = module_state();
+  state.theSelectionForm = editor;
   state.dbado = connection;
   state.strLanguage = context.strLanguage;
   state.strOderLine = context.strOderLine;

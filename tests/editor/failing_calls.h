@@ -47,8 +47,8 @@ std::shared_ptr<User> let_user_answer(RunHost& host) {
   const ModuleState state = module_state();
   auto user = std::make_shared<User>(host.log);
   host.user = user;
-  install_host({host.suite, host.user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                [&host] { return host.editor; }});
+  install_host(
+      {host.suite, host.user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman)});
   module_state() = state;
   return user;
 }

@@ -8,6 +8,7 @@
 namespace kestrova::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::IsEmpty;
 using Lines = std::vector<ListEntry>;
 using Texts = std::vector<std::string>;
@@ -405,6 +406,14 @@ TEST(LoadContract, ReadsTheSelectionOfPrices) {
               Texts({"SELECT SELEKTION_VALUE FROM VERTRAG_PREISE WHERE ID = 12",
                      model_state_query("VERTP")}));
   }
+}
+
+// The row set in which the selection is also stored.
+TEST(LoadContract, OpensItsRowForWriting) {
+  ContractHost host;
+  host.load("VERTRAG_PREISE", "");
+  EXPECT_THAT(*host.log, Contains("open SELECT SELEKTION_VALUE FROM VERTRAG_PREISE WHERE ID = 12 "
+                                  "[keyset, optimistic]"));
 }
 
 TEST(LoadContract, ReadsTheSelectionOfQuantities) {

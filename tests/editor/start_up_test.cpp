@@ -569,6 +569,123 @@ TEST(FormLoad, NeedsTheRowOfTheOption) {
   EXPECT_EQ(host.connection->open_recordsets(), 0U);
 }
 
+// --- The caller context
+
+// Texts of a suite that keeps the context of its last call.
+class SeeingSuite : public FakeSuite {
+ public:
+  using FakeSuite::FakeSuite;
+
+  std::shared_ptr<LocTexts> loc_texts() override {
+    class SeeingTexts : public LocTexts {
+     public:
+      explicit SeeingTexts(KesVar& last_seen) : seen(last_seen) {}
+      std::string GetText(std::int32_t number, const KesVar& context) override {
+        seen = context;
+        return "T" + std::to_string(number);
+      }
+      KesVar& seen;
+    };
+    return std::make_shared<SeeingTexts>(seen);
+  }
+
+  KesVar seen;
+};
+
+template <std::size_t size>
+std::array<std::byte, size> bytes(int first) {
+  std::array<std::byte, size> result;
+  for (std::byte& byte : result) byte = static_cast<std::byte>(first++);
+  return result;
+}
+
+// Every member that the library does not read, each with a value of its own.
+void fill_carried_members(KesVar& context, std::shared_ptr<void> object) {
+  context.member_1 = std::move(object);
+  context.member_2 = "2";
+  context.member_6 = "6";
+  context.member_8 = "8";
+  context.member_9 = "9";
+  context.member_10 = "10";
+  context.member_11 = "11";
+  context.block_8 = bytes<4>(8);
+  context.block_28 = bytes<12>(28);
+  context.member_14 = "14";
+  context.member_15 = "15";
+  context.member_16 = bytes<4>(100);
+  context.member_17 = "17";
+  context.member_18 = std::string("1\0008", 3);
+  context.member_19 = bytes<4>(252);
+}
+
+void expect_carried_members(const KesVar& context, const std::shared_ptr<void>& object) {
+  EXPECT_EQ(context.member_1, object);
+  EXPECT_EQ(context.member_2, "2");
+  EXPECT_EQ(context.member_6, "6");
+  EXPECT_EQ(context.member_8, "8");
+  EXPECT_EQ(context.member_9, "9");
+  EXPECT_EQ(context.member_10, "10");
+  EXPECT_EQ(context.member_11, "11");
+  EXPECT_EQ(context.block_8, bytes<4>(8));
+  EXPECT_EQ(context.block_28, bytes<12>(28));
+  EXPECT_EQ(context.member_14, "14");
+  EXPECT_EQ(context.member_15, "15");
+  EXPECT_EQ(context.member_16, bytes<4>(100));
+  EXPECT_EQ(context.member_17, "17");
+  EXPECT_EQ(context.member_18, std::string("1\0008", 3));
+  EXPECT_EQ(context.member_19, bytes<4>(252));
+}
+
+struct ContextHost : RunHost {
+  ContextHost() : RunHost(std::make_shared<SeeingSuite>()) {
+    answer_fields("SONST", {field(10, "DM/EURO")});
+    answer_models("SONST");
+    answer_values(plain_query("F10"), {"EURO"});
+  }
+  KesVar& seen() { return std::static_pointer_cast<SeeingSuite>(suite)->seen; }
+
+  // A key in a field that takes values from its list only: the user is shown text 195.
+  void press_key() {
+    pick(editor->cboField, "DM/EURO");
+    user->expect_message({"T195", kExclamationIcon, "Kestrova", "", 0});
+    int key = 'x';
+    editor->cboValue_KeyPress(key);
+  }
+};
+
+TEST(CallerContext, ReachesTheSuiteWithTheMembersThatTheLibraryDoesNotRead) {
+  ContextHost host;
+  const auto object = std::make_shared<int>(7);
+  fill_carried_members(host.context, object);
+  host.start("SONST");
+  expect_carried_members(host.seen(), object);
+}
+
+TEST(CallerContext, IsCopiedWithAllItsMembersWhenASelectionStarts) {
+  ContextHost host;
+  auto object = std::make_shared<int>(7);
+  fill_carried_members(host.context, object);
+  host.start("SONST");
+  host.context = {};
+  host.seen() = {};
+  EXPECT_EQ(object.use_count(), 2) << "the test and the editor";
+  host.press_key();
+  expect_carried_members(host.seen(), object);
+}
+
+TEST(CallerContext, IsCopiedAgainWhenTheDialogIsShown) {
+  ContextHost host;
+  const auto object = std::make_shared<int>(7);
+  fill_carried_members(host.context, object);
+  host.start("SONST");
+  const auto other = std::make_shared<int>(8);
+  host.context.member_1 = other;
+  host.run("", false, [&host] { host.press_key(); });
+  expect_carried_members(host.seen(), other);
+  host.seen() = {};
+  EXPECT_EQ(object.use_count(), 1) << "the test alone";
+}
+
 // --- Showing
 
 TEST(Run, ShowsTheDialogAndCopiesTheResults) {

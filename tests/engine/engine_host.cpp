@@ -58,11 +58,8 @@ EngineHost::EngineHost(std::shared_ptr<FakeSuite> its_suite)
     : connection(std::make_shared<RecordingConnection>(ConnectionKind::kSqlServer, log)),
       suite(its_suite ? std::move(its_suite) : std::make_shared<FakeSuite>(log)),
       user(std::make_shared<ScriptedUserInterface>(log)) {
-  install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-                [this]() -> std::shared_ptr<SelectionForm> {
-                  ++forms_made;
-                  return form;
-                }});
+  install_host({suite, user, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman)});
+  module_state().theSelectionForm = form;
   module_state().strVerType = "R7";
   context.dbado = connection;
   context.strLanguage = "DE";

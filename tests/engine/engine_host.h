@@ -96,7 +96,6 @@ class EngineHost {
   std::shared_ptr<FakeSuite> suite;
   std::shared_ptr<ScriptedUserInterface> user;
   std::shared_ptr<FakeSelectionForm> form = std::make_shared<FakeSelectionForm>();
-  int forms_made = 0;
   KesVar context;
   Comm_Sel engine;
 };

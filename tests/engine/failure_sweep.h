@@ -31,6 +31,7 @@ void expect_every_database_failure_to_reach_the_caller() {
     EXPECT_TRUE(database_failure_reaches_caller(host, k, [&] { host.run(); }));
     EXPECT_EQ(host.connection->open_recordsets(), held);
     EXPECT_EQ(host.suite->live_services(), 0U);
+    EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
     EXPECT_EQ(host.run(), result);
   }
   for (std::size_t k = before + 1; k <= calls; ++k) {
@@ -56,6 +57,7 @@ void expect_every_service_failure_to_reach_the_caller() {
     EXPECT_TRUE(service_failure_reaches_caller(host, k, [&] { host.run(); }));
     EXPECT_EQ(host.connection->open_recordsets(), held);
     EXPECT_EQ(host.suite->live_services(), 0U);
+    EXPECT_EQ(host.user->pointer(), PointerShape::kDefault);
     EXPECT_EQ(host.run(), result);
   }
 }

@@ -117,6 +117,13 @@ TEST_P(ByName, AFieldThatIsNotFoundAnswersNothingAndLeavesTheRowSetAtItsEnd) {
   EXPECT_TRUE(rows->eof());
 }
 
+// It is no empty one.
+TEST_P(ByName, ANameOfBlanksIsSought) {
+  const auto rows = host.open_selektion({kOrt});
+  EXPECT_EQ(lookup(" ", true, rows.get()), "");
+  EXPECT_THAT(*host.log, ElementsAre("#1 move_first", "#1 find NICKNAME_OF_FIELD = ' '"));
+}
+
 TEST_P(ByName, ANameWithAnApostropheIsABadCriterion) {
   const auto rows = host.open_selektion({kOrt});
   EXPECT_THROW(lookup("O'rt", true, rows.get()), BadCriterion);
@@ -507,12 +514,9 @@ TEST_F(FieldLookups, ADisplayNameThatIsNotInTheListIsZero) {
   EXPECT_EQ(engine.get_FieldID(""), 0);
 }
 
-TEST_F(FieldLookups, TheLookupOfADisplayNameMakesTheEditorOnceAndSelectsNothing) {
+TEST_F(FieldLookups, TheLookupOfADisplayNameSelectsNothing) {
   host.form->add("Ort", 7);
-  EXPECT_EQ(host.forms_made, 0);
-  engine.get_FieldID("Ort");
-  engine.get_FieldID("Ort");
-  EXPECT_EQ(host.forms_made, 1);
+  EXPECT_EQ(engine.get_FieldID("Ort"), 7);
   EXPECT_EQ(host.form->fields.index(), -1);
   EXPECT_THAT(*host.log, IsEmpty());
 }
@@ -530,9 +534,51 @@ TEST_F(FieldLookups, AnIdentifierIsA16BitNumber) {
   EXPECT_THROW(engine.get_FieldID("too small"), Overflow);
 }
 
-TEST_F(FieldLookups, WithoutAnEditorADisplayNameCannotBeLookedUp) {
+// --- Lookups that come before any selection, in a library as it is loaded ----------------------
+
+// The editor that the library makes then has empty lists.
+class WithoutEditor : public FieldLookups {
+ protected:
+  WithoutEditor() { module_state().theSelectionForm = nullptr; }
+
+  // The editor that has been made: the library's own, with the lists that it has from the start.
+  static void expect_editor_of_the_library() {
+    const std::shared_ptr<SelectionForm> made = module_state().theSelectionForm;
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(&selection_form(), made.get()) << "it is kept";
+    EXPECT_EQ(made->field_list().name(), "cboField");
+    EXPECT_EQ(made->field_list().count(), 0);
+    EXPECT_EQ(made->value_list().count(), 0);
+  }
+};
+
+TEST_F(WithoutEditor, NoDisplayNameIsInTheList) {
+  EXPECT_EQ(engine.get_FieldID("Ort"), 0);
+  expect_editor_of_the_library();
+}
+
+TEST_F(WithoutEditor, NoHostIsNeededForADisplayName) {
   install_host({});
-  EXPECT_THROW(engine.get_FieldID("Ort"), ObjectNotSet);
+  EXPECT_EQ(engine.get_FieldID("Ort"), 0);
+  expect_editor_of_the_library();
+}
+
+TEST_F(WithoutEditor, NoFieldIsSelectedWhoseTypeCouldBeAsked) {
+  EXPECT_THROW(engine.Get_TypeOfField(host.context, "", false, nullptr, "1WL"), InvalidArgument);
+  expect_editor_of_the_library();
+}
+
+TEST_F(WithoutEditor, NoFieldIsSelectedToConvertAValueOf) {
+  EXPECT_THROW(engine.ApcboValue(host.context, "A", "Ort", nullptr, "1WL"), InvalidArgument);
+  expect_editor_of_the_library();
+}
+
+// A display line's field has the identifier 0 then, of which the suite is asked the format.
+TEST_F(WithoutEditor, ADisplayLineIsReadWithTheFieldThatNoListKnows) {
+  EXPECT_EQ(engine.TransComp_NoLabels(host.context, "1WL", "Menge >= 5", "GETVALUE", false, false),
+            "5");
+  EXPECT_THAT(*host.log, ElementsAre("MapFieldId('1WL', 0)", "field_format('TRANSPORT', 100)"));
+  expect_editor_of_the_library();
 }
 
 }  // namespace

@@ -78,6 +78,8 @@ class SortedCombo : public PlainCombo {
   int new_index_ = -1;
 };
 
+const std::vector<PointerShape> kBusyOnce = {PointerShape::kHourglass, PointerShape::kDefault};
+
 const Rows kThreeModels = {{31, "Buche", 0}, {12, "Fichte", 1}, {7, "O'Brien", 0}};
 
 class ModelList : public ::testing::Test {
@@ -106,10 +108,11 @@ TEST_F(ModelList, IsFilledInThisOrder) {
   host.suite->answers().standard_model = 12;
   fill("1VM", true);
   EXPECT_THAT(host.calls(),
-              ElementsAre("Clear", "restrict('MODELS', '', 0)", opened(models_query("1VM")),
-                          "AddItem ''", "ItemData(0) 0", "AddItem 'Buche'", "ItemData(1) 31",
-                          "#1 move_next", "AddItem 'Fichte'", "ItemData(2) 12", "#1 move_next",
-                          "#1 close", "standard_model('1VM', 0)", "ListIndex 2"));
+              ElementsAre("pointer hourglass", "Clear", "restrict('MODELS', '', 0)",
+                          opened(models_query("1VM")), "AddItem ''", "ItemData(0) 0",
+                          "AddItem 'Buche'", "ItemData(1) 31", "#1 move_next", "AddItem 'Fichte'",
+                          "ItemData(2) 12", "#1 move_next", "#1 close", "standard_model('1VM', 0)",
+                          "pointer default", "ListIndex 2"));
   EXPECT_EQ(host.suite->live_services(), 0U);
 }
 
@@ -192,7 +195,7 @@ TEST_F(ModelList, AStandardModelThatIsNotInTheListLeavesTheSelection) {
   host.suite->answers().standard_model = 99;
   fill("1VM", true);
   EXPECT_EQ(combo.selected, -1);
-  EXPECT_EQ(host.log->back(), "standard_model('1VM', 0)");
+  EXPECT_EQ(host.log->back(), "pointer default") << "nothing is selected behind it";
 }
 
 // The empty entry carries the number that means "no model".
@@ -248,6 +251,29 @@ TEST_F(ModelList, WorksOnTheLibrarysOwnLists) {
   }
   EXPECT_EQ(box.text(), "Fichte");
   EXPECT_EQ(clicks, 1);
+}
+
+// --- The pointer
+
+TEST_F(ModelList, IsFilledUnderTheBusyPointer) {
+  save("1VM", kThreeModels);
+  fill("1VM");
+  EXPECT_EQ(host.user->pointer_changes(), kBusyOnce);
+}
+
+TEST_F(ModelList, LeavesAPointerThatIsBusyAlready) {
+  save("1VM", kThreeModels);
+  host.user->set_pointer(PointerShape::kHourglass);
+  fill("1VM", true);
+  EXPECT_EQ(host.user->pointer(), PointerShape::kHourglass);
+  EXPECT_EQ(host.user->pointer_changes().size(), 1U) << "that of the test";
+}
+
+TEST_F(ModelList, NeedsNoUserInterface) {
+  install_host({.suite = host.suite});
+  save("1VM", {{31, "Buche", 0}});
+  fill("1VM", true);
+  EXPECT_EQ(combo.entries, (std::vector<ListEntry>{{"", 0}, {"Buche", 31}}));
 }
 
 // --- Failures
@@ -355,11 +381,11 @@ TEST_F(PickedValue, IsLookedUpByNicknameAndByTheTableItself) {
   rows->move_next();
   host.connection->clear_log();
   EXPECT_EQ(sql("München", "Ort", rows.get()), "'München'");
-  EXPECT_THAT(host.calls(), ElementsAre("#1 move_first", "#1 find NICKNAME_OF_FIELD = 'Ort'",
-                                        opened("LAGER"), "#2 type ORT", "#2 close"));
+  EXPECT_THAT(host.calls(),
+              ElementsAre("pointer hourglass", "#1 move_first", "#1 find NICKNAME_OF_FIELD = 'Ort'",
+                          opened("LAGER"), "#2 type ORT", "#2 close", "pointer default"));
   ASSERT_FALSE(rows->eof());
   EXPECT_EQ(rows->value("ID_SELEKTION"), Value(11));
-  EXPECT_EQ(host.forms_made, 0);
 }
 
 TEST_F(PickedValue, IsQuotedByTypeAsItStands) {
@@ -404,8 +430,9 @@ TEST_F(PickedValue, OfAJoinedFieldHasTheTypeOfTheSecondTable) {
     const auto rows = fresh.open_selektion({kMenge, field});
     EXPECT_EQ(fresh.engine.ApcboValue(fresh.context, "X", "Name", rows.get(), "SONST"), "'X'");
     EXPECT_THAT(fresh.calls(),
-                ElementsAre("#1 move_first", "#1 find NICKNAME_OF_FIELD = 'Name'",
-                            opened("PERSONAL"), std::string("#2 type ") + c.column, "#2 close"));
+                ElementsAre("pointer hourglass", "#1 move_first",
+                            "#1 find NICKNAME_OF_FIELD = 'Name'", opened("PERSONAL"),
+                            std::string("#2 type ") + c.column, "#2 close", "pointer default"));
   }
 }
 
@@ -425,8 +452,18 @@ TEST_F(PickedValue, OfAFieldWithAnotherJoinHasTheTypeOfItsOwnColumn) {
 TEST_F(PickedValue, OfAnUnknownNicknameIsNothing) {
   const auto rows = host.open_selektion({kOrt});
   EXPECT_EQ(sql("5", "Nirgends", rows.get()), "");
-  EXPECT_THAT(*host.log, ElementsAre("#1 move_first", "#1 find NICKNAME_OF_FIELD = 'Nirgends'"));
+  EXPECT_THAT(*host.log, ElementsAre("pointer hourglass", "#1 move_first",
+                                     "#1 find NICKNAME_OF_FIELD = 'Nirgends'", "pointer default"));
   EXPECT_TRUE(rows->eof());
+}
+
+// It is no empty one.
+TEST_F(PickedValue, OfANicknameOfBlanksIsSought) {
+  SelektionRow blank = kMenge;
+  blank.nickname = " ";
+  const auto rows = host.open_selektion({kOrt, blank});
+  EXPECT_EQ(sql("5", " ", rows.get()), "5");
+  EXPECT_EQ(rows->value("ID_SELEKTION"), Value(12));
 }
 
 TEST_F(PickedValue, WithoutANicknameIsNothingAndLeavesTheRowSetAlone) {
@@ -442,7 +479,8 @@ TEST_F(PickedValue, InARowSetAtItsEndIsNothing) {
   rows->move_next();
   host.connection->clear_log();
   EXPECT_EQ(sql("5", "Ort", rows.get()), "");
-  EXPECT_THAT(*host.log, ElementsAre("#1 find NICKNAME_OF_FIELD = 'Ort'"));
+  EXPECT_THAT(*host.log, ElementsAre("pointer hourglass", "#1 find NICKNAME_OF_FIELD = 'Ort'",
+                                     "pointer default"));
   const auto none = host.open_selektion({});
   EXPECT_EQ(sql("5", "Ort", none.get()), "");
 }
@@ -450,7 +488,8 @@ TEST_F(PickedValue, InARowSetAtItsEndIsNothing) {
 TEST_F(PickedValue, ANicknameWithAnApostropheIsABadCriterion) {
   const auto rows = host.open_selektion({kOrt});
   EXPECT_THROW(sql("5", "O'rt", rows.get()), BadCriterion);
-  EXPECT_THAT(*host.log, ElementsAre("#1 move_first", "#1 find NICKNAME_OF_FIELD = 'O'rt'"));
+  EXPECT_THAT(*host.log, ElementsAre("pointer hourglass", "#1 move_first",
+                                     "#1 find NICKNAME_OF_FIELD = 'O'rt'", "pointer default"));
 }
 
 TEST_F(PickedValue, AnAbsentRowSetOrConnectionIsAnError) {
@@ -458,6 +497,20 @@ TEST_F(PickedValue, AnAbsentRowSetOrConnectionIsAnError) {
   const auto rows = host.open_selektion({kOrt});
   host.context.dbado = nullptr;
   EXPECT_THROW(sql("5", "Ort", rows.get()), ObjectNotSet);
+}
+
+TEST_F(PickedValue, IsLookedUpUnderABusyPointerOfTheCaller) {
+  const auto rows = host.open_selektion({kOrt});
+  host.user->set_pointer(PointerShape::kHourglass);
+  EXPECT_EQ(sql("München", "Ort", rows.get()), "'München'");
+  EXPECT_EQ(host.user->pointer(), PointerShape::kHourglass);
+  EXPECT_EQ(host.user->pointer_changes().size(), 1U) << "that of the test";
+}
+
+TEST_F(PickedValue, NeedsNoUserInterface) {
+  const auto rows = host.open_selektion({kOrt});
+  install_host({});
+  EXPECT_EQ(sql("München", "Ort", rows.get()), "'München'");
 }
 
 TEST_F(PickedValue, AMissingTableOrColumnIsAnError) {
@@ -521,7 +574,8 @@ TEST_F(PickedInEditor, ARestrictedRelationQuotesByTheTypeOfTheExpression) {
 TEST_F(PickedInEditor, TheTypeIsAskedForTheSelectedField) {
   const auto rows = host.open_selektion({kOrt, kMenge});
   EXPECT_EQ(sql("A", "Ort", rows.get(), "2PVK"), "'A'");
-  EXPECT_THAT(*host.log, ElementsAre("MapFieldId('2PVK', 12)", "field_format('PERSONAL', 112)"));
+  EXPECT_THAT(*host.log, ElementsAre("pointer hourglass", "MapFieldId('2PVK', 12)",
+                                     "field_format('PERSONAL', 112)", "pointer default"));
   EXPECT_EQ(rows->value("ID_SELEKTION"), Value(11));
 }
 
@@ -562,7 +616,9 @@ TEST_F(PickedInEditor, AnotherRelationDoesNotLookAtTheEditor) {
   begin_list_with({"Null"}, 0);
   const auto rows = host.open_selektion({kOrt});
   EXPECT_EQ(sql("Null", "Ort", rows.get()), "'Null'");
-  EXPECT_EQ(host.forms_made, 0);
+  module_state().theSelectionForm = nullptr;
+  EXPECT_EQ(sql("Null", "Ort", rows.get()), "'Null'");
+  EXPECT_EQ(module_state().theSelectionForm, nullptr) << "no editor is made";
 }
 
 // --- Failures

@@ -134,6 +134,59 @@ TEST_F(PassedOnFields, BlanksBeforeTheTablesAreTrimmed) {
             " FROM LAGER WHERE ARBEITSAUFTRAG_KOPF.PERSONAL_ID=17 AND (LAGER.MENGE = 1)");
 }
 
+// Only a field that is made of TABLE_NAME and NAME_OF_FIELD has them trimmed.
+TEST_F(PassedOnFields, TheTablesOfAJoinStayAsTheyStand) {
+  const SelektionRow field = {.id = 3,
+                              .name = "ORT",
+                              .table = " LAGER ",
+                              .table2 = " PERSONAL ",
+                              .table3 = " ORTE ",
+                              .sqlselect = "TRIPLE",
+                              .sqlvalue = "ORTE.ORT",
+                              .condition = "LAGER.P = PERSONAL.ID",
+                              .condition2 = "PERSONAL.O = ORTE.ID"};
+  host.know_fields({{0, field}}, FieldType::kInteger);
+  EXPECT_EQ(host.engine.D_SelectionFromStr(host.context, "AUFT17", "4ARB", "3 = 1;", "", 0),
+            " FROM LAGER , PERSONAL , ORTE WHERE ARBEITSAUFTRAG_KOPF.PERSONAL_ID=17 AND "
+            "LAGER.P = PERSONAL.ID AND PERSONAL.O = ORTE.ID AND (ORTE.ORT = 1)");
+}
+
+TEST_F(PassedOnFields, TheTypeOfAJoinedFieldIsAskedOfItsTableAsItStands) {
+  const SelektionRow field = {.id = 3,
+                              .name = "ORT",
+                              .nickname = "Ort",
+                              .table = "LAGER",
+                              .table2 = " PERSONAL ",
+                              .sqlselect = "INNER",
+                              .sqlvalue = "PERSONAL.ORT"};
+  host.connection->answer("SELECT * FROM SELEKTION WHERE ID_SELEKTION = 3", selektion_columns(),
+                          {row_of(field)});
+  host.connection->answer("SELECT TOP 0 ORT FROM  PERSONAL ", {{"ORT", FieldType::kInteger}});
+  EXPECT_EQ(host.engine.Get_TypeOfFieldFromID(host.context, 3, "SONST"), 3);
+}
+
+// A suite whose restrictions are nothing but blanks.
+class BlankSuite : public FakeSuite {
+ public:
+  using FakeSuite::FakeSuite;
+  std::shared_ptr<AccessLevelFilter> access_level_filter() override {
+    struct Filter : AccessLevelFilter {
+      std::string restrict(std::string_view, std::string_view, const KesVar&,
+                           std::int32_t) override {
+        return "  ";
+      }
+    };
+    return std::make_shared<Filter>();
+  }
+};
+
+// It is no empty one, which would be left out.
+TEST(BlankCondition, IsJoinedAsItStands) {
+  EngineHost host(std::make_shared<BlankSuite>());
+  EXPECT_EQ(host.engine.D_SelectionFromStr(host.context, "1WL", "", "3 > 1;", "", 0),
+            " FROM <TRANSPORT,0,><TRANSPORT,103,> WHERE    AND (EXPR(TRANSPORT,103) > 1)");
+}
+
 // --- A row of SELEKTION that does not say which column it stands for is an error, never a text
 
 class IncompleteField : public ::testing::TestWithParam<SelektionRow> {
@@ -144,6 +197,16 @@ class IncompleteField : public ::testing::TestWithParam<SelektionRow> {
 TEST_P(IncompleteField, HasNoName) {
   const auto rows = host.open_selektion({GetParam()});
   EXPECT_THROW(host.engine.Get_FieldName_Sel("N", rows.get()), InvalidUseOfNull);
+}
+
+// The user is not shown the bare identifier either.
+TEST_P(IncompleteField, HasNoNameByItsIdentifier) {
+  host.connection->answer(
+      "SELECT NAME_OF_FIELD, TABLE_NAME, SQLVALUE FROM SELEKTION WHERE ID_SELEKTION = 3",
+      {{"NAME_OF_FIELD"}, {"TABLE_NAME"}, {"SQLVALUE"}},
+      {{GetParam().name, GetParam().table, GetParam().sqlvalue}});
+  EXPECT_THROW(host.engine.Get_FieldNameFromID(3, host.connection), InvalidUseOfNull);
+  EXPECT_EQ(host.connection->open_recordsets(), 0U);
 }
 
 TEST_P(IncompleteField, IsNotTranslated) {

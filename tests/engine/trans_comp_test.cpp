@@ -99,12 +99,13 @@ TEST_F(TransCompCalls, AWrongPartIsShownAfterTheTypeLookup) {
 
 TEST_F(TransCompCalls, TheFieldNeedsNoLookup) {
   host.context.dbado = nullptr;
+  module_state().theSelectionForm = nullptr;
   for (const char* relation : {"1WL", "2PVK", "BBF", "SONST"}) {
     EXPECT_EQ(part(relation, "12 = 5", "GETFIELD"), "12");
     EXPECT_EQ(part(relation, "Menge = 5", "GETFIELD", false), "Menge");
   }
   EXPECT_THAT(*host.log, IsEmpty());
-  EXPECT_EQ(host.forms_made, 0);
+  EXPECT_EQ(module_state().theSelectionForm, nullptr);
 }
 
 TEST_F(TransCompCalls, ACatalogueRelationLooksUpTheDisplayFormat) {

@@ -18,8 +18,8 @@ class ValueConversion : public ::testing::Test {
   }
 
   void use_english() {
-    install_host({host.suite, host.user,
-                  std::make_shared<FakeLocale>(FakeLocale::Language::kEnglish), nullptr});
+    install_host(
+        {host.suite, host.user, std::make_shared<FakeLocale>(FakeLocale::Language::kEnglish)});
   }
 
   EngineHost host;

@@ -16,11 +16,11 @@ ForestEditor::ForestEditor(std::shared_ptr<Connection> database)
   const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
   install_host({.suite = make_standalone_suite(database_, locale),
                 .user_interface = ui_,
-                .user_locale = locale,
-                .make_selection_form = [this] { return editor_; }});
+                .user_locale = locale});
   editor_ = std::make_shared<F_Selection>();
   // What a host's start of a selection leaves in the module state.
   ModuleState& state = module_state();
+  state.theSelectionForm = editor_;
   state.dbado = user_.dbado;
   state.strLanguage = user_.strLanguage;
   state.strOderLine = user_.strOderLine;

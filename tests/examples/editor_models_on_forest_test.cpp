@@ -40,7 +40,7 @@ class ForestEditor : public ::testing::Test {
  protected:
   ForestEditor() {
     const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
-    install_host({make_standalone_suite(database_, locale), user_, locale, &make_selection_form});
+    install_host({make_standalone_suite(database_, locale), user_, locale});
     db().execute("BEGIN TRANSACTION");
   }
   ~ForestEditor() override {

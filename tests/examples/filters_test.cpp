@@ -27,8 +27,7 @@ class ForestFilters : public ::testing::Test {
   ForestFilters() {
     install_host({.suite = shared_suite(),
                   .user_interface = ui_,
-                  .user_locale = std::make_shared<SettingsUserLocale>("DE", "DMY"),
-                  .make_selection_form = nullptr});
+                  .user_locale = std::make_shared<SettingsUserLocale>("DE", "DMY")});
   }
 
   std::string translate(std::string_view code, std::string_view mode, std::string_view criteria) {

@@ -56,7 +56,8 @@ class ForestModelList : public ::testing::Test {
   ForestModelList() {
     const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
     install_host({make_standalone_suite(models_forest(), locale),
-                  std::make_shared<ScriptedUserInterface>(), locale, [this] { return form; }});
+                  std::make_shared<ScriptedUserInterface>(), locale});
+    module_state().theSelectionForm = form;
   }
   ~ForestModelList() override { install_host({}); }
 

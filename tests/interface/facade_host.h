@@ -12,7 +12,7 @@ namespace kestrova::test {
 
 struct FacadeHost : RunHost {
   explicit FacadeHost(FakeLocale::Language language = FakeLocale::Language::kGerman) {
-    install_host({suite, user, std::make_shared<FakeLocale>(language), nullptr});
+    install_host({suite, user, std::make_shared<FakeLocale>(language)});
     selection_editor();
     editor = std::dynamic_pointer_cast<F_Selection>(module_state().theSelectionForm);
     suite->answers().texts[3441] = "ODER";

@@ -27,6 +27,14 @@ std::set<std::string> distinct(const Texts& statements) {
   return {statements.begin(), statements.end()};
 }
 
+// The openings of queries in the host's log.
+Texts opens(const FacadeHost& host) {
+  Texts result;
+  std::copy_if(host.log->begin(), host.log->end(), std::back_inserter(result),
+               [](const std::string& line) { return line.starts_with("open "); });
+  return result;
+}
+
 // --- Starting a selection
 
 TEST(SelectionInit, FillsTheModuleState) {
@@ -448,6 +456,18 @@ TEST(FillList, ReadsTheTextNumberOfEveryField) {
                                    "SELECT TOP 0 HA FROM LAGER", "SELECT TOP 0 ANZAHL FROM LAGER"));
   EXPECT_EQ(host.suite->calls_of("GetText"), Texts({"GetText(110)", "GetText(111)"}));
   EXPECT_EQ(host.connection->open_recordsets(), 1U) << "the field catalogue";
+}
+
+// The lookups of the types are opened as everywhere.
+TEST(FillList, ReadsTheNamesWithCursorAndLockUnspecified) {
+  FacadeHost host;
+  host.init();
+  filled(host, "10 = 'FI';", "SONST");
+  EXPECT_THAT(distinct(opens(host)),
+              UnorderedElementsAre("open SELECT ID_STRING FROM SELEKTION WHERE ID_SELEKTION = 10 "
+                                   "[unspecified, unspecified]",
+                                   opened("SELECT * FROM SELEKTION WHERE ID_SELEKTION = 10"),
+                                   opened("SELECT TOP 0 HA FROM LAGER")));
 }
 
 TEST(FillList, OfACatalogueRelationNamesTheFieldsAsTheEditorOffersThem) {

@@ -37,18 +37,13 @@ class ModuleStateTest : public ::testing::Test {
  protected:
   ~ModuleStateTest() override { install_host({}); }
 
-  // A host with all services; its forms are counted.
+  // A host with all services.
   Host whole_host() {
-    return {suite_, user_, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman),
-            [this]() -> std::shared_ptr<SelectionForm> {
-              ++forms_made_;
-              return std::make_shared<FakeForm>();
-            }};
+    return {suite_, user_, std::make_shared<FakeLocale>(FakeLocale::Language::kGerman)};
   }
 
   std::shared_ptr<CountingSuite> suite_ = std::make_shared<CountingSuite>();
   std::shared_ptr<ScriptedUserInterface> user_ = std::make_shared<ScriptedUserInterface>();
-  int forms_made_ = 0;
 };
 
 void expect_empty(const ModuleState& state) {
@@ -103,16 +98,6 @@ TEST_F(ModuleStateTest, AnAbsentServiceIsNamedWhenItIsNeeded) {
   EXPECT_EQ(not_set_message([] { user_interface(); }), "The host has installed no user interface.");
   EXPECT_EQ(not_set_message([] { user_locale(); }), "The host has installed no user locale.");
   EXPECT_EQ(not_set_message([] { loc_texts(); }), "The host has installed no suite services.");
-  EXPECT_EQ(not_set_message([] { selection_form(); }),
-            "The host has installed no selection editor.");
-}
-
-TEST_F(ModuleStateTest, AnEditorThatCannotBeMadeIsAbsent) {
-  Host host = whole_host();
-  host.make_selection_form = [] { return std::shared_ptr<SelectionForm>(); };
-  install_host(host);
-  EXPECT_EQ(not_set_message([] { selection_form(); }),
-            "The host has installed no selection editor.");
 }
 
 TEST_F(ModuleStateTest, TheInstalledServicesAreAnswered) {
@@ -133,13 +118,15 @@ TEST_F(ModuleStateTest, TheTextServiceIsMadeOnFirstUseAndKept) {
   EXPECT_EQ(first.GetText(6, KesVar()), "Wahr");
 }
 
+// No service of a host is needed for it.
 TEST_F(ModuleStateTest, TheEditorIsMadeOnFirstUseAndKept) {
-  install_host(whole_host());
-  EXPECT_EQ(forms_made_, 0);
+  install_host({});
+  EXPECT_EQ(module_state().theSelectionForm, nullptr);
   SelectionForm& first = selection_form();
   EXPECT_EQ(&selection_form(), &first);
   EXPECT_EQ(module_state().theSelectionForm.get(), &first);
-  EXPECT_EQ(forms_made_, 1);
+  EXPECT_EQ(first.field_list().count(), 0);
+  EXPECT_EQ(first.value_list().count(), 0);
 }
 
 // An editor that still talks to the user while it is released.
@@ -154,10 +141,9 @@ class TalkingForm : public FakeForm {
 
 TEST_F(ModuleStateTest, TheEditorIsReleasedWhileItsOwnHostIsInstalled) {
   UserInterface* heard = nullptr;
-  Host host = whole_host();
-  host.make_selection_form = [&heard] { return std::make_shared<TalkingForm>(heard); };
+  const Host host = whole_host();
   install_host(host);
-  selection_form();
+  module_state().theSelectionForm = std::make_shared<TalkingForm>(heard);
   install_host({});
   EXPECT_EQ(heard, host.user_interface.get());
 }
@@ -165,16 +151,13 @@ TEST_F(ModuleStateTest, TheEditorIsReleasedWhileItsOwnHostIsInstalled) {
 TEST_F(ModuleStateTest, AnotherHostReplacesTheServices) {
   install_host(whole_host());
   loc_texts();
-  selection_form();
   const auto other = std::make_shared<CountingSuite>();
   Host host = whole_host();
   host.suite = other;
   install_host(host);
   loc_texts();
-  selection_form();
   EXPECT_EQ(&suite(), other.get());
   EXPECT_EQ(other->texts_made, 1);
-  EXPECT_EQ(forms_made_, 2);
   EXPECT_EQ(suite_->live_services(), 0U) << "the first text service is released";
 }
 

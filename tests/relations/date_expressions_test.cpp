@@ -43,7 +43,7 @@ class DateExpressions : public ::testing::Test {
   ~DateExpressions() override { install_host({}); }
 
   void install(FakeLocale::Language language) {
-    install_host({suite, nullptr, std::make_shared<FakeLocale>(language), nullptr});
+    install_host({suite, nullptr, std::make_shared<FakeLocale>(language)});
   }
 
   std::shared_ptr<FakeSuite> suite = std::make_shared<FakeSuite>();

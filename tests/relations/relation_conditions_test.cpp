@@ -137,7 +137,7 @@ class RelationConditions : public ::testing::Test {
   template <class Suite>
   std::shared_ptr<Suite> install() {
     auto suite = std::make_shared<Suite>();
-    install_host({suite, nullptr, nullptr, nullptr});
+    install_host({.suite = suite});
     module_state().strVerType = "R7";
     return suite;
   }
@@ -262,6 +262,25 @@ TEST_F(RelationConditions, AFailingServiceLeavesWhatWasAssignedBefore) {
   }
 }
 
+// A suite that has lost its shared library.
+class SuiteWithoutTables : public FakeSuite {
+ public:
+  std::shared_ptr<TableAccessService> table_access() override {
+    throw InvalidArgument("The table-access service cannot be made.");
+  }
+};
+
+TEST_F(RelationConditions, AServiceThatCannotBeMadeLeavesNoCondition) {
+  install<SuiteWithoutTables>();
+  for (const char* code : {"2PVK", "UNKNOWN", "4PAG17"}) {
+    std::string condition = "before";
+    std::string from_text = "before";
+    EXPECT_THROW(GetRelationFromWhere(code, condition, from_text, context, 3), InvalidArgument);
+    EXPECT_EQ(condition, "") << code;
+    EXPECT_EQ(from_text, "before") << code;
+  }
+}
+
 TEST_F(RelationConditions, TheLastCallOfAServiceRelationMayFailToo) {
   const auto suite = install<FakeSuite>();
   std::string whole;
@@ -309,6 +328,8 @@ TEST_F(RelationConditions, WithoutTheSuiteThereIsNoCondition) {
   std::string condition = "before";
   std::string from_text = "before";
   EXPECT_THROW(GetRelationFromWhere("2PVK", condition, from_text, context, 3), ObjectNotSet);
+  EXPECT_EQ(condition, "");
+  EXPECT_EQ(from_text, "before");
   EXPECT_THROW(ApplyAccessLevels("2PVK", 12, condition, from_text, context), ObjectNotSet);
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 class ShowMessageTest : public ::testing::Test {
  protected:
-  ShowMessageTest() { install_host({nullptr, user, nullptr, nullptr}); }
+  ShowMessageTest() { install_host({nullptr, user, nullptr}); }
   ~ShowMessageTest() override { install_host({}); }
 
   std::shared_ptr<ScriptedUserInterface> user = std::make_shared<ScriptedUserInterface>();

@@ -26,10 +26,12 @@ class PlainDialog final : public SelectionDialog {
   bool is_visible() const override { return visible; }
   void close_requested() override { visible = false; }
   const std::string& or_line() const override { return or_text; }
+  RefusedLine refused_line() const override { return refused; }
 
   std::string caption_text = "Selektion";
   std::string or_text = "=== ODER ===";
   bool visible = true;
+  RefusedLine refused;
 };
 
 // A view of a PlainDialog, with a user before it.

@@ -109,6 +109,30 @@ TEST_F(Audit, NamesEveryKindOfBrokenFilter) {
   // clang-format on
 }
 
+// Filters that the server runs, and that select something else than they say.
+TEST_F(Audit, NamesWhatTheLibraryRefusesAndWhatIsNoLiteral) {
+  std::string batch =
+      "DELETE FROM MODELS\r\nDELETE FROM VERTRAG_PREISE\r\nDELETE FROM VERTRAG_MENGEN";
+  batch += "\r\n" + model("FI_NUTZERRECHTE", "Klammern", "'1 IN (''Eder (Tölz)'',''Grünwald'');'");
+  batch += model("FI_NUTZERRECHTE", "Reihenfolge", "'1 IN (''Grünwald'',''Eder (Tölz)'');'");
+  batch += model("FI_NUTZERRECHTE", "Oder", "'1 = ''FI'' OR ''1''=''1'';'");
+  batch += model("FI_NUTZERRECHTE", "Zeichen", "'1 = ''a' + CHAR(27) + 'b'';'");
+  const std::string path = changed_database("refused.db", batch);
+  const ProgramResult result = run_program({"--db", path, "audit", "--json"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "");
+  const json answer = json::parse(result.out);
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"Klammern", "refused by the library"},
+      {"Oder", "value that is no literal of the field's type"},
+      {"Zeichen", "character that cannot be printed"}};
+  ASSERT_EQ(answer.at("faults").size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(answer.at("faults")[i].at("model"), expected[i].first);
+    EXPECT_EQ(answer.at("faults")[i].at("reason"), expected[i].second);
+  }
+}
+
 TEST_F(Audit, TellsWhatTheServerSays) {
   const std::string path = changed_database(
       "dropped.db",

@@ -1,8 +1,10 @@
 // The program end to end, on the sample database.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include "platform/sqlite/sqlite_connection.h"
 #include "relations/relation_codes.h"
+#include "tests/support/killed_writer.h"
 #include "tests/tools/program_fixture.h"
 
 namespace kestrova::tool {
@@ -371,6 +373,23 @@ TEST_F(Program, ReplacesAFileWhenForced) {
       << "equal seeds and days make equal databases";
 }
 
+TEST_F(Program, ReplacesAFileThatWasLeftHalfWritten) {
+  const std::string path = changed_database("half-written.db", "DELETE FROM LOGS");
+  ASSERT_NO_FATAL_FAILURE(test::break_off_writing(path));
+  // A file that was being made then, too.
+  std::filesystem::copy_file(path, path + ".part");
+  std::filesystem::copy_file(path + "-journal", path + ".part-journal");
+  const ProgramResult made = run_program(
+      {"demo-db", path, "--lots", "60", "--seed", "7", "--today", "2025-03-14", "--force"});
+  EXPECT_EQ(made.exit_code, 0) << made.err;
+  for (const char* kind : {"-journal", "-wal", "-shm", ".part", ".part-journal"}) {
+    EXPECT_FALSE(std::filesystem::exists(path + kind)) << kind;
+  }
+  const ProgramResult sound = run_program({"--db", path, "audit"});
+  EXPECT_EQ(sound.exit_code, 0) << sound.out << sound.err;
+  EXPECT_TRUE(text_of(path) == text_of(database())) << "equal to a new one after reading, too";
+}
+
 TEST_F(Program, LeavesNoHalfMadeFile) {
   write_text(file("kept.db"), "mine");
   const ProgramResult failed =
@@ -476,6 +495,26 @@ TEST_F(Program, ADatabaseWithoutTheSuitesTablesIsRefused) {
   EXPECT_EQ(error_line(result), "'" + file("other.db") +
                                     "' is no database of the suite, check --db: Invalid object "
                                     "name 'SUITE_TABLE_KEYS'.");
+}
+
+TEST_F(Program, AFileThatWasLeftHalfWrittenIsRead) {
+  const std::string path = changed_database("broken-off.db", "UPDATE MODELS SET NAME = NAME");
+  ASSERT_NO_FATAL_FAILURE(test::break_off_writing(path));
+  const ProgramResult result = run_program({"--db", path, "models", "1VM"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out, on_database({"models", "1VM"}).out);
+}
+
+TEST_F(Program, ALockedFileIsNotTakenForAnother) {
+  const std::string path = changed_database("locked.db", "UPDATE MODELS SET NAME = NAME");
+  sqlite3* writer = nullptr;
+  ASSERT_EQ(sqlite3_open(path.c_str(), &writer), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(writer, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  const ProgramResult result = run_program({"--db", path, "models", "1VM"});
+  sqlite3_close(writer);
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(error_line(result),
+            "'" + path + "' cannot be read now: The database is locked by another program.");
 }
 
 struct Misuse {

@@ -1,4 +1,7 @@
 // Sessions driven by scripts, on the sample database.
+#include <chrono>
+#include <thread>
+
 #include "tests/tools/program_fixture.h"
 
 namespace kestrova::tool {
@@ -299,6 +302,30 @@ TEST_F(SessionProgram, ListsAndLoadsModels) {
             "> 1    Holzart = 'BU'\n"
             "  2  === ODER ===\n"
             "  3    Holzart = 'EI'\n");
+}
+
+TEST_F(SessionProgram, SavesWhenAnotherProgramHasWritten) {
+  const auto other = open_sqlite(path_);
+  other->execute("BEGIN TRAN UPDATE USERS SET ANMELDUNGEN = 99");
+  std::thread end([&] {
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    other->execute("COMMIT");
+  });
+  const std::string text = shown({"1VM", "--user", "2"}, "fill 703 = 'KI';\nsave as Kiefer\n");
+  end.join();
+  EXPECT_EQ(text, "Saved. Selektion: Kiefer\n");
+  EXPECT_EQ(model("Kiefer"), "703 = 'KI';|0|1||2\n");
+}
+
+TEST_F(SessionProgram, SaysThatAnotherProgramKeepsItFromSaving) {
+  const auto other = open_sqlite(path_);
+  other->execute("BEGIN TRAN UPDATE USERS SET ANMELDUNGEN = 99");
+  const ProgramResult result =
+      session({"1VM", "--user", "2"}, "fill 703 = 'KI';\nsave as Kiefer\n");
+  other->execute("ROLLBACK");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(error_line(result), "line 2: The database is locked by another program.");
+  EXPECT_EQ(model("Kiefer"), "");
 }
 
 TEST_F(SessionProgram, SavesMarksAndDeletesModels) {

@@ -400,6 +400,7 @@ SQLRETURN execute(Statement& s, const std::string& sql) {
     return fail(s, "HY000", 0, "Connection is busy with results for another command");
   }
   s.close();
+  if (sql == "SET NOCOUNT OFF") return SQL_SUCCESS;
   if (sql.starts_with("SET DATEFORMAT ")) return SQL_SUCCESS;  // dmy is all that it knows
   remember_key(s.source, sql);
   if (!is_query(sql)) {

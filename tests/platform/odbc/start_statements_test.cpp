@@ -25,10 +25,12 @@ TEST(Kind, IsWhatTheDriverAnswers) {
 }
 
 TEST(StartStatements, SetTheOrderOfDatesOnSqlServerUnlessToldOtherwise) {
-  EXPECT_THAT(start_statements({}, ConnectionKind::kSqlServer), ElementsAre("SET DATEFORMAT dmy"));
+  EXPECT_THAT(start_statements({}, ConnectionKind::kSqlServer),
+              ElementsAre("SET NOCOUNT OFF", "SET DATEFORMAT dmy"));
   OdbcOptions as_the_login_has;
   as_the_login_has.date_format = "";
-  EXPECT_THAT(start_statements(as_the_login_has, ConnectionKind::kSqlServer), IsEmpty());
+  EXPECT_THAT(start_statements(as_the_login_has, ConnectionKind::kSqlServer),
+              ElementsAre("SET NOCOUNT OFF"));
 }
 
 TEST(StartStatements, SetTheLanguageFirstAndEndWithTheHostsOwn) {
@@ -38,7 +40,7 @@ TEST(StartStatements, SetTheLanguageFirstAndEndWithTheHostsOwn) {
   options.lock_timeout = milliseconds(1500);
   options.start_statements = {"SET ANSI_NULLS ON", "SET NOCOUNT OFF"};
   EXPECT_THAT(start_statements(options, ConnectionKind::kSqlServer),
-              ElementsAre("SET LANGUAGE N'Deutsch'''", "SET DATEFORMAT ymd",
+              ElementsAre("SET NOCOUNT OFF", "SET LANGUAGE N'Deutsch'''", "SET DATEFORMAT ymd",
                           "SET LOCK_TIMEOUT 1500", "SET ANSI_NULLS ON", "SET NOCOUNT OFF"));
 }
 

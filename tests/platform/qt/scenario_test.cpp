@@ -32,8 +32,7 @@ class Session : public testing::Test {
     const auto locale = std::make_shared<SettingsUserLocale>("DE", "DMY");
     install_host({.suite = make_standalone_suite(connection_, locale),
                   .user_interface = user_interface_,
-                  .user_locale = locale,
-                  .make_selection_form = &make_selection_form});
+                  .user_locale = locale});
     context_.dbado = connection_;
   }
   ~Session() override { install_host({}); }

@@ -121,6 +121,29 @@ TEST_P(OnScreen, EveryControlIsVisibleNoneOverlappingNoneCut) {
   }
 }
 
+TEST_P(OnScreen, TheReasonOfARefusedLineIsReadWhole) {
+  window_->show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+  const WindowUser user(*window_);
+  for (const LineRefusal why : {LineRefusal::kSemicolon, LineRefusal::kApostrophe,
+                                LineRefusal::kNotClosed, LineRefusal::kListCut}) {
+    dialog_.refused = {why, "Georg D''Angelo & Söhne, Baumschulen und Forstpflanzen"};
+    user.click(dialog_.btnInsert);
+    for (const QSize& size : {window_->sizeHint(), window_->minimumSizeHint()}) {
+      window_->resize(size);
+      QTest::qWait(100);
+      const auto& sentence = dynamic_cast<const QLabel&>(user.widget("refusal"));
+      const QWidget& offer = user.widget("refusal.offer");
+      EXPECT_GE(sentence.height(), sentence.heightForWidth(sentence.width()));
+      for (const QWidget* const widget : {static_cast<const QWidget*>(&sentence), &offer}) {
+        EXPECT_EQ(widget->visibleRegion().boundingRect(), widget->rect())
+            << name_of(*widget) << " is cut";
+      }
+      EXPECT_GE(offer.width(), offer.minimumSizeHint().width());
+    }
+  }
+}
+
 TEST_P(OnScreen, TheScreenShowsEveryControlAsItIs) {
   window_->move(0, 0);
   window_->show();

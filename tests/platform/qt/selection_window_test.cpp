@@ -456,6 +456,203 @@ TEST_F(Window, ALayoutThatCannotBeReadChangesNothing) {
   }
 }
 
+// --- A line that is not taken
+
+class Refusal : public Window {
+ protected:
+  Refusal() {
+    dialog_.cboField.add("Käufer");
+    dialog_.cboField.add("Ort");
+    dialog_.cboField.set_index(0);
+    dialog_.cboOperator.add("=");
+    dialog_.cboOperator.add("LIKE");
+    dialog_.cboOperator.set_index(0);
+    dialog_.cboValue.add("Eder");
+    dialog_.cboValue.set_text("O'Brien");
+    settle();
+  }
+
+  void refuse(LineRefusal why, std::string offered = "") {
+    dialog_.refused = {why, std::move(offered)};
+    user_->click(dialog_.btnInsert);
+  }
+
+  QLabel& sentence() { return dynamic_cast<QLabel&>(user_->widget("refusal")); }
+  QPushButton& offer() { return dynamic_cast<QPushButton&>(user_->widget("refusal.offer")); }
+  bool is_marked() {
+    const QList<QAction*> marks =
+        user_->widget(dialog_.cboValue).findChild<QLineEdit*>()->actions();
+    return marks.size() == 1 && marks.front()->isVisible();
+  }
+  bool is_shown() { return sentence().isVisible(); }
+};
+
+TEST_F(Refusal, IsNotShownForALineThatIsTaken) {
+  EXPECT_FALSE(is_shown());
+  EXPECT_FALSE(offer().isVisible());
+  EXPECT_FALSE(is_marked());
+  refuse(LineRefusal::kNone);
+  EXPECT_FALSE(is_shown());
+  EXPECT_FALSE(is_marked());
+}
+
+TEST_F(Refusal, SaysWhyInTheLanguageOfTheUser) {
+  struct Case {
+    LineRefusal why;
+    const char* german;
+    const char* english;
+  };
+  const Case cases[] = {
+      {LineRefusal::kSemicolon,
+       "Ein Wert kann kein Semikolon enthalten, denn es trennt die gespeicherten Kriterien. Mit "
+       "dem "
+       "Operator LIKE steht _ für ein beliebiges Zeichen.",
+       "A value cannot hold a semicolon, because it separates the stored criteria. With the "
+       "operator "
+       "LIKE, _ stands for any character."},
+      {LineRefusal::kApostrophe, "Ein Apostroph innerhalb des Wertes muss doppelt getippt werden.",
+       "An apostrophe inside the value must be typed twice."},
+      {LineRefusal::kNotClosed,
+       "Im Wert ist ein Anführungszeichen oder eine Klammer nicht geschlossen, oder er enthält "
+       "einen "
+       "Kommentar (-- oder /*) oder ein unsichtbares Zeichen.",
+       "A quote or bracket in the value is not closed, or the value holds a comment (-- or /*) or "
+       "an "
+       "invisible character."},
+      {LineRefusal::kListCut,
+       "Diese Werteliste würde beim Laden an einer Klammer abgeschnitten. Statt der Liste mehrere "
+       "Zeilen einfügen, mit ODER dazwischen.",
+       "This list of values would be cut at a parenthesis when it is loaded. Insert several lines "
+       "with OR between them instead of the list."},
+  };
+  for (const char* const language : {"DE", "EN"}) {
+    settings_.language = language;
+    open();
+    for (const Case& c : cases) {
+      refuse(c.why);
+      EXPECT_EQ(sentence().text().toStdString(),
+                language == std::string("DE") ? c.german : c.english);
+      EXPECT_TRUE(is_shown());
+      EXPECT_TRUE(is_marked());
+      EXPECT_FALSE(offer().isVisible()) << "nothing is offered";
+      EXPECT_EQ(user_->widget(dialog_.cboValue).findChild<QLineEdit*>()->accessibleDescription(),
+                sentence().text());
+    }
+  }
+}
+
+TEST_F(Refusal, OfReplaceIsShownAsWell) {
+  dialog_.refused = {LineRefusal::kSemicolon, ""};
+  user_->click(dialog_.btnReplace);
+  EXPECT_TRUE(is_shown());
+  dialog_.refused = {};
+  user_->click(dialog_.btnReplace);
+  EXPECT_FALSE(is_shown());
+}
+
+TEST_F(Refusal, OfEnterInTheValueBoxIsShownAsWell) {
+  dialog_.refused = {LineRefusal::kSemicolon, ""};
+  user_->focus(dialog_.cboValue);
+  user_->key(Qt::Key_Return);
+  EXPECT_TRUE(is_shown());
+}
+
+TEST_F(Refusal, GoesWhenFieldOperatorValueOrLinesChange) {
+  const std::vector<std::function<void()>> changes = {
+      [this] { user_->pick(dialog_.cboField, 1); },
+      [this] { user_->pick(dialog_.cboOperator, 1); },
+      [this] { user_->pick(dialog_.cboValue, 0); },
+      [this] {
+        user_->focus(dialog_.cboValue);
+        user_->type("s");
+      },
+      [this] {
+        dialog_.btnOr.on_click = [this] { dialog_.ListCriteria.add("=== ODER ==="); };
+        user_->click(dialog_.btnOr);
+      },
+  };
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    refuse(LineRefusal::kApostrophe, "O''Brien");
+    EXPECT_TRUE(is_shown());
+    changes[i]();
+    EXPECT_FALSE(is_shown()) << i;
+    EXPECT_FALSE(offer().isVisible()) << i;
+    EXPECT_FALSE(is_marked()) << i;
+    EXPECT_EQ(user_->widget(dialog_.cboValue).findChild<QLineEdit*>()->accessibleDescription(), "");
+  }
+}
+
+TEST_F(Refusal, StaysWhileNothingOfTheLineChanges) {
+  dialog_.ListCriteria.add("Ort = 'X'");
+  settle();
+  refuse(LineRefusal::kSemicolon);
+  user_->click(dialog_.btnFirst);
+  user_->focus(dialog_.cboValue);
+  EXPECT_TRUE(is_shown());
+}
+
+TEST_F(Refusal, IsNotShownForAnActionThatFailed) {
+  dialog_.btnInsert.on_click = [] { throw DatabaseError("no table", "42S02"); };
+  messages_.expect_message(
+      {"Das konnte nicht ausgeführt werden.\n\nno table", kCriticalIcon, "Selektion", "", 0});
+  refuse(LineRefusal::kSemicolon);
+  EXPECT_FALSE(is_shown());
+}
+
+// The doubled form goes the way of a typed value, and to the button that refused the line.
+TEST_F(Refusal, OffersTheTextThatWouldBeTaken) {
+  for (Button* const button : {&dialog_.btnInsert, &dialog_.btnReplace}) {
+    std::vector<std::string> events;
+    dialog_.cboValue.set_text("O'Brien");
+    dialog_.cboValue.on_validate = [&](bool&) {
+      events.push_back("validate " + dialog_.cboValue.text());
+      dialog_.refused = {};
+    };
+    dialog_.refused = {LineRefusal::kApostrophe, "O''Brien"};
+    user_->click(*button);
+    ASSERT_TRUE(offer().isVisible());
+    EXPECT_EQ(offer().text().toStdString(), "„O''Brien“ verwenden");
+    button->on_click = [&] { events.push_back(button->name()); };
+    QTest::mouseClick(&offer(), Qt::LeftButton);
+    settle();
+    EXPECT_THAT(events, ElementsAre("validate O''Brien", button->name()));
+    EXPECT_EQ(user_->combo(dialog_.cboValue).currentText(), "O''Brien");
+    EXPECT_FALSE(is_shown());
+    button->on_click = {};
+  }
+}
+
+TEST_F(Refusal, OfTheOfferedTextIsShownAgain) {
+  refuse(LineRefusal::kApostrophe, "O''Brien");
+  dialog_.cboValue.on_validate = [this](bool&) { dialog_.refused = {LineRefusal::kNotClosed, ""}; };
+  QTest::mouseClick(&offer(), Qt::LeftButton);
+  settle();
+  EXPECT_TRUE(is_shown());
+  EXPECT_TRUE(sentence().text().startsWith("Im Wert ist")) << sentence().text().toStdString();
+  EXPECT_FALSE(offer().isVisible());
+  EXPECT_EQ(user_->focused(), "cboValue") << "the button that had the focus has gone";
+}
+
+TEST_F(Refusal, ShowsALongOfferShortened) {
+  const std::string value = "D''Angelo & Söhne " + std::string(200, 'x') + "\ny";
+  refuse(LineRefusal::kApostrophe, value);
+  EXPECT_LT(offer().width(), window_->width() / 2);
+  EXPECT_TRUE(offer().text().startsWith("„D''Angelo && ")) << offer().text().toStdString();
+  EXPECT_TRUE(offer().text().contains("…")) << offer().text().toStdString();
+  EXPECT_EQ(offer().accessibleName().toStdString(),
+            "„D''Angelo & Söhne " + std::string(200, 'x') + " y“ verwenden");
+}
+
+TEST_F(Refusal, TheOfferStandsBehindTheValueForTheKeyboard) {
+  refuse(LineRefusal::kApostrophe, "O''Brien");
+  user_->focus(dialog_.cboValue);
+  user_->key(Qt::Key_Tab);
+  EXPECT_EQ(user_->focused(), "refusal.offer");
+  dialog_.cboValue.on_validate = [this](bool&) { dialog_.refused = {}; };
+  user_->key(Qt::Key_Space);
+  EXPECT_EQ(user_->combo(dialog_.cboValue).currentText(), "O''Brien");
+}
+
 // --- Closing
 
 TEST_F(Window, ClosesWhenTheDialogIsNoLongerVisible) {
@@ -524,6 +721,39 @@ TEST_F(Window, CancelAsksNothingOfATypedValue) {
   user_->type("abc");
   user_->key(Qt::Key_Escape);
   EXPECT_THAT(clicked_, ElementsAre("btnCancel"));
+}
+
+// A press of the mouse takes the focus from the value box before it is a click.
+TEST_F(Window, TheFirstClickOnCancelClosesAlsoWhenTheTypedValueIsBroken) {
+  dialog_.btnCancel.on_click = [this] { dialog_.visible = false; };
+  dialog_.cboValue.on_validate = [](bool&) { throw DatabaseError("no connection", "08S01"); };
+  user_->focus(dialog_.cboValue);
+  user_->type("abc");
+  user_->click(dialog_.btnCancel);
+  EXPECT_FALSE(window_->isVisible());
+}
+
+TEST_F(Window, ClosingTheWindowAsksNothingOfATypedValue) {
+  dialog_.cboValue.on_validate = [](bool&) { throw DatabaseError("no connection", "08S01"); };
+  user_->focus(dialog_.cboValue);
+  user_->type("abc");
+  window_->close();
+  EXPECT_FALSE(window_->isVisible());
+  EXPECT_FALSE(dialog_.visible);
+}
+
+TEST_F(Window, ATypedValueIsConfirmedWhenTheFocusGoesOnFromCancel) {
+  std::vector<std::string> validated;
+  dialog_.cboValue.on_validate = [&](bool&) { validated.push_back(dialog_.cboValue.text()); };
+  user_->focus(dialog_.cboValue);
+  user_->type("abc");
+  user_->focus(dialog_.btnCancel);
+  EXPECT_THAT(validated, IsEmpty());
+  user_->focus(dialog_.cboValue);
+  EXPECT_THAT(validated, IsEmpty()) << "back to go on typing";
+  user_->focus(dialog_.btnCancel);
+  user_->focus(dialog_.ListCriteria);
+  EXPECT_THAT(validated, ElementsAre("abc"));
 }
 
 TEST_F(Window, TheLevelOfTheBoxIsSpoken) {

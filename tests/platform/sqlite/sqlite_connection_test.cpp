@@ -5,16 +5,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "platform/error.h"
+#include "tests/platform/sqlite/temporary_file.h"
 
 namespace kestrova {
 namespace {
 
+using test::TemporaryFile;
 using testing::ElementsAre;
 
 std::unique_ptr<Recordset> rows_of(Connection& connection, std::string_view source) {
@@ -46,23 +47,6 @@ std::string error_of(Connection& connection, std::string_view batch) {
 std::string open_error_of(Connection& connection, std::string_view source) {
   return database_error([&] { rows_of(connection, source); });
 }
-
-// A file of its own that is gone after the test.
-class TemporaryFile {
- public:
-  TemporaryFile()
-      : path_(std::filesystem::temp_directory_path() /
-              ("kestrova_" +
-               std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
-               ".db")) {}
-  ~TemporaryFile() { std::filesystem::remove(path_); }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  std::string name() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
 
 class SqliteConnection : public testing::Test {
  protected:
@@ -328,6 +312,45 @@ TEST_F(SqliteConnection, NestingHasALimit) {
   EXPECT_THAT(column_of(*connection_, nested(35)), ElementsAre("2"));
   EXPECT_EQ(open_error_of(*connection_, nested(100'000)),
             "42000 The statement is nested more than 80 levels deep at position 68.");
+}
+
+TEST_F(SqliteConnection, NestingOfConditionsHasALimit) {
+  const auto nested = [](std::size_t depth, const std::string& opening,
+                         const std::string& closing) {
+    std::string condition = "ID = 2";
+    std::string begin;
+    for (std::size_t i = 0; i < depth; ++i) {
+      begin += opening;
+      condition += closing;
+    }
+    return "SELECT ID FROM T WHERE " + begin + condition;
+  };
+  const std::string refusal = "42000 The statement is nested more than 80 levels deep at position ";
+  EXPECT_THAT(column_of(*connection_, nested(35, "(", ")")), ElementsAre("2"));
+  EXPECT_EQ(open_error_of(*connection_, nested(32'767, "(", ")")), refusal + "63.");
+  EXPECT_THAT(column_of(*connection_, nested(34, "NOT ", "")), ElementsAre("2"));
+  EXPECT_EQ(open_error_of(*connection_, nested(32'767, "NOT ", "")), refusal + "332.");
+  EXPECT_THAT(column_of(*connection_, nested(15, "(ID = 2 AND (ID > 5 OR ", "))")),
+              ElementsAre("2"));
+  EXPECT_EQ(open_error_of(*connection_, nested(32'767, "(ID = 2 AND (ID > 5 OR ", "))"))
+                .substr(0, refusal.size()),
+            refusal);
+}
+
+TEST_F(SqliteConnection, JoinsHaveALimit) {
+  const auto joined = [](int tables) {
+    std::string sql = "SELECT T1.ID FROM T T1";
+    for (int i = 2; i <= tables; ++i) {
+      const std::string name = "T" + std::to_string(i);
+      sql += " JOIN T " + name + " ON " + name + ".ID = T1.ID";
+    }
+    return sql;
+  };
+  EXPECT_THAT(column_of(*connection_, joined(64)), ElementsAre("1", "2", "3"));
+  EXPECT_EQ(open_error_of(*connection_, joined(65)),
+            "42000 More than 64 tables are joined at position 1835.");
+  EXPECT_EQ(open_error_of(*connection_, joined(100'000)),
+            "42000 More than 64 tables are joined at position 1835.");
 }
 
 TEST_F(SqliteConnection, ChainsOfOperatorsHaveALimit) {
