@@ -35,6 +35,7 @@ constexpr std::array kCaptions = {
     CaptionRow{"refused.semicolon", 0, "Ein Wert kann kein Semikolon enthalten, denn es trennt die gespeicherten Kriterien. Mit dem Operator LIKE steht _ für ein beliebiges Zeichen.", "A value cannot hold a semicolon, because it separates the stored criteria. With the operator LIKE, _ stands for any character."},
     CaptionRow{"refused.apostrophe", 0, "Ein Apostroph innerhalb des Wertes muss doppelt getippt werden.", "An apostrophe inside the value must be typed twice."},
     CaptionRow{"refused.closed", 0, "Im Wert ist ein Anführungszeichen oder eine Klammer nicht geschlossen, oder er enthält einen Kommentar (-- oder /*) oder ein unsichtbares Zeichen.", "A quote or bracket in the value is not closed, or the value holds a comment (-- or /*) or an invisible character."},
+    CaptionRow{"refused.operator", 0, "Ein =, < oder > im Wert würde als Operator gelesen. Der Operator = nimmt solche Werte, LIKE mit _ an ihrer Stelle.", "A =, < or > inside the value would be read as the operator. The operator = takes such values, LIKE does with _ in their place."},
     CaptionRow{"refused.list", 0, "Diese Werteliste würde beim Laden an einer Klammer abgeschnitten. Statt der Liste mehrere Zeilen einfügen, mit ODER dazwischen.", "This list of values would be cut at a parenthesis when it is loaded. Insert several lines with OR between them instead of the list."},
     CaptionRow{"refused.offer", 0, "„%1“ verwenden", "Use “%1”"},
     CaptionRow{"Formula", 0, "Fo&rmel", "Form&ula"},

@@ -21,6 +21,8 @@ std::string_view sentence_key(LineRefusal why) {
       return "refused.apostrophe";
     case LineRefusal::kNotClosed:
       return "refused.closed";
+    case LineRefusal::kOperatorInside:
+      return "refused.operator";
     case LineRefusal::kListCut:
       return "refused.list";
   }

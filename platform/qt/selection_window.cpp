@@ -80,7 +80,7 @@ class SelectionWindow::Content final : public EventBoundary {
   int depth_ = 0;                     // of actions within actions
   std::vector<ListEntry> lines_;      // as they were after the last action
   Composed refused_;                  // as it was when the last line was refused
-  Button* refused_by_ = nullptr;      // Insert or Replace
+  Button* refused_by_ = nullptr;      // Insert, Replace or Plus
   std::exception_ptr pending_error_;  // waits to be told to the user
   std::exception_ptr ok_error_;       // of an OK with no other OK or Cancel behind it
   std::exception_ptr fatal_error_;    // closes the window
@@ -215,7 +215,10 @@ void SelectionWindow::Content::press(Button& button) {
   if (is_ok || is_cancel) ok_error_ = nullptr;
   run([&button] { button.click(); });
   if (is_ok) ok_error_ = pending_error_;
-  if (&button == &dialog_.btnInsert || &button == &dialog_.btnReplace) show_refusal(button);
+  if (&button == &dialog_.btnInsert || &button == &dialog_.btnReplace ||
+      &button == &dialog_.btnPlus) {
+    show_refusal(button);
+  }
 }
 
 // --- A line that is not taken
