@@ -9,6 +9,7 @@
 
 #include "platform/text.h"
 #include "tools/line_editor.h"
+#include "tools/printable.h"
 
 namespace kestrova::tool {
 namespace {
@@ -51,7 +52,7 @@ class LineEditor : public LineSource {
 
  private:
   std::optional<std::string> next_line(std::string_view prompt) override {
-    prompt_ = prompt;
+    prompt_ = printable(prompt);  // the terminal library writes it past the stream
     out_.flush();
     int length = 0;
     const char* const text = el_gets(editor_, &length);

@@ -12,6 +12,7 @@
 
 #include "tools/commands.h"
 #include "tools/error_report.h"
+#include "tools/printable.h"
 
 namespace kestrova::tool {
 namespace {
@@ -399,5 +400,7 @@ int main(int argc, char** argv) {
 #ifdef SIGPIPE
   std::signal(SIGPIPE, SIG_IGN);
 #endif
+  const kestrova::tool::PrintableStream out(std::cout);
+  const kestrova::tool::PrintableStream err(std::cerr);
   return kestrova::tool::run(argc, argv);
 }

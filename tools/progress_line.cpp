@@ -1,5 +1,7 @@
 #include "tools/progress_line.h"
 
+#include "tools/printable.h"
+
 #include <cstdio>
 #ifdef _WIN32
 #include <io.h>
@@ -24,7 +26,12 @@ bool error_stream_is_terminal() {
 }
 
 ProgressLine::ProgressLine(std::ostream& err, std::string_view what, std::size_t total, Clock now)
-    : err_(err), what_(what), total_(total), now_(std::move(now)), next_(now_() + kPatience) {}
+    // Its line is written over with a control character of its own.
+    : err_(PrintableStream::unfiltered(err)),
+      what_(what),
+      total_(total),
+      now_(std::move(now)),
+      next_(now_() + kPatience) {}
 
 ProgressLine::~ProgressLine() {
   if (written_) err_ << '\n' << std::flush;

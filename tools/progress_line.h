@@ -27,7 +27,7 @@ class ProgressLine {
   void show(std::size_t done);
 
  private:
-  std::ostream& err_;
+  std::ostream err_;
   std::string what_;
   std::size_t total_;
   Clock now_;

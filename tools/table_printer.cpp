@@ -19,8 +19,10 @@ std::string fit_cell(std::string_view s, std::size_t max_width) {
     cell = std::string(text::left(s, max_width - std::min(max_width, kCut.size())));
     cell += kCut.substr(0, max_width);
   }
+  constexpr std::string_view kSpaces = "\t\n\v\f\r";
   std::replace_if(
-      cell.begin(), cell.end(), [](char c) { return (c >= 0 && c < ' ') || c == 127; }, ' ');
+      cell.begin(), cell.end(), [&](char c) { return kSpaces.find(c) != std::string_view::npos; },
+      ' ');
   return cell;
 }
 

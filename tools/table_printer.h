@@ -17,7 +17,8 @@ struct TableColumn {
 };
 
 // Collects the cells and prints them with a heading, each column as wide as its widest cell. Widths
-// count characters, so umlauts do not move the columns. Control characters are shown as blanks.
+// count characters, so umlauts do not move the columns. Tabs and line ends are shown
+// as blanks.
 class TablePrinter {
  public:
   // Cells longer than max_width characters are cut and end in "...".

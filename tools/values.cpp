@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/text.h"
+#include "tools/printable.h"
 
 namespace kestrova::tool {
 namespace {
@@ -88,7 +89,7 @@ Json to_json(const Value& value) {
 }
 
 void print_json(std::ostream& out, const Json& document) {
-  out << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  out << printable_json(document.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
 std::string_view type_name(FieldType type) {
