@@ -163,6 +163,18 @@ TEST_F(SharedFile, UnderATimeLimitTheWaitIsAsShort) {
   EXPECT_LT(Clock::now() - begin, 2s);
 }
 
+TEST_F(SharedFile, ATransactionThatDoesNotBeginIsNone) {
+  other_->execute("BEGIN TRAN UPDATE T SET N = 'other'");
+  ASSERT_TRUE(mine_->set_time_limit(50ms));
+  EXPECT_EQ(database_error([&] { mine_->execute("BEGIN TRAN"); }),
+            std::string(kLocked) + " [statement 1: BEGIN TRAN]");
+  other_->execute("COMMIT");
+  mine_->execute("BEGIN TRAN UPDATE T SET N = 'mine'");
+  EXPECT_THAT(column_of(*other_, "SELECT N FROM T"), ElementsAre("other", "other"));
+  mine_->execute("ROLLBACK");
+  EXPECT_THAT(column_of(*mine_, "SELECT N FROM T"), ElementsAre("other", "other"));
+}
+
 TEST_F(SharedFile, WaitingIsNotCountedAsWorkOfTheStatement) {
   ASSERT_TRUE(mine_->set_time_limit(2s));
   while_other_writes([&] { mine_->execute("UPDATE T SET N = 'mine' WHERE ID = 1"); });
