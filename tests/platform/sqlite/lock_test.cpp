@@ -11,7 +11,7 @@
 
 #include "platform/error.h"
 #include "platform/sqlite/sqlite_connection.h"
-#include "tests/platform/sqlite/temporary_file.h"
+#include "tests/platform/sqlite/sqlite_fixture.h"
 #include "tests/support/killed_writer.h"
 
 namespace kestrova {
@@ -19,29 +19,14 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::break_off_writing;
+using test::column_of;
+using test::database_error;
 using test::TemporaryFile;
 using testing::ElementsAre;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kHeld = 300ms;  // how long another program holds its lock
 constexpr const char* kLocked = "40001 The database is locked by another program.";
-
-std::vector<std::string> column_of(Connection& connection, std::string_view source) {
-  std::vector<std::string> values;
-  const auto rows = connection.open(source, CursorType::kForwardOnly, LockType::kReadOnly);
-  for (; !rows->eof(); rows->move_next()) values.push_back(rows->value(0).text_or_empty());
-  return values;
-}
-
-template <class Function>
-std::string database_error(Function function) {
-  try {
-    function();
-  } catch (const DatabaseError& error) {
-    return error.sqlstate() + " " + error.what();
-  }
-  return "no error";
-}
 
 class SharedFile : public testing::Test {
  protected:
