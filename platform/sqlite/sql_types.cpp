@@ -394,6 +394,10 @@ double remainder_of(double dividend, double divisor, int scale) {
 }
 
 std::string decimal_digits(double number, int scale) {
+  if (!std::isfinite(number)) {
+    throw DatabaseError("Arithmetic overflow error converting expression to data type numeric.",
+                        "22003", 8115);
+  }
   // The first 15 digits are the decimal that was meant; zeros stand for the binary noise behind.
   const int places = std::clamp(kExactDigits - 1 - exponent_of(number), 0, scale);
   char buffer[400];

@@ -112,7 +112,7 @@ double cut_decimal(double number, int places);
 // division by zero, 22003 for numbers that have too many digits.
 double remainder_of(double dividend, double divisor, int scale);
 
-// The digits of a decimal with its scale: "12.50".
+// The digits of a decimal with its scale: "12.50". Raises DatabaseError 22003 for an infinite one.
 std::string decimal_digits(double number, int scale);
 
 [[noreturn]] void throw_division_by_zero();

@@ -332,9 +332,11 @@ void Session::run_commands(const std::vector<Command>& commands) {
 
 void Session::run_transaction(TransactionVerb verb) {
   if (verb == TransactionVerb::kBegin) {
-    if (open_transactions_++ > 0) return;  // inner ones only count
-    end_batch();
-    run("BEGIN IMMEDIATE");
+    if (open_transactions_ == 0) {
+      end_batch();
+      run("BEGIN IMMEDIATE");
+    }
+    ++open_transactions_;  // inner ones only count
     return;
   }
   if (open_transactions_ == 0) {

@@ -11,7 +11,7 @@
 
 #include "platform/error.h"
 #include "platform/sqlite/sqlite_connection.h"
-#include "tests/platform/sqlite/temporary_file.h"
+#include "tests/platform/sqlite/sqlite_fixture.h"
 #include "tests/support/killed_writer.h"
 
 namespace kestrova {
@@ -19,29 +19,14 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::break_off_writing;
+using test::column_of;
+using test::database_error;
 using test::TemporaryFile;
 using testing::ElementsAre;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kHeld = 300ms;  // how long another program holds its lock
 constexpr const char* kLocked = "40001 The database is locked by another program.";
-
-std::vector<std::string> column_of(Connection& connection, std::string_view source) {
-  std::vector<std::string> values;
-  const auto rows = connection.open(source, CursorType::kForwardOnly, LockType::kReadOnly);
-  for (; !rows->eof(); rows->move_next()) values.push_back(rows->value(0).text_or_empty());
-  return values;
-}
-
-template <class Function>
-std::string database_error(Function function) {
-  try {
-    function();
-  } catch (const DatabaseError& error) {
-    return error.sqlstate() + " " + error.what();
-  }
-  return "no error";
-}
 
 class SharedFile : public testing::Test {
  protected:
@@ -161,6 +146,18 @@ TEST_F(SharedFile, UnderATimeLimitTheWaitIsAsShort) {
   const Clock::time_point begin = Clock::now();
   EXPECT_EQ(database_error([&] { mine_->execute("UPDATE T SET N = 'mine'"); }), kLocked);
   EXPECT_LT(Clock::now() - begin, 2s);
+}
+
+TEST_F(SharedFile, ATransactionThatDoesNotBeginIsNone) {
+  other_->execute("BEGIN TRAN UPDATE T SET N = 'other'");
+  ASSERT_TRUE(mine_->set_time_limit(50ms));
+  EXPECT_EQ(database_error([&] { mine_->execute("BEGIN TRAN"); }),
+            std::string(kLocked) + " [statement 1: BEGIN TRAN]");
+  other_->execute("COMMIT");
+  mine_->execute("BEGIN TRAN UPDATE T SET N = 'mine'");
+  EXPECT_THAT(column_of(*other_, "SELECT N FROM T"), ElementsAre("other", "other"));
+  mine_->execute("ROLLBACK");
+  EXPECT_THAT(column_of(*mine_, "SELECT N FROM T"), ElementsAre("other", "other"));
 }
 
 TEST_F(SharedFile, WaitingIsNotCountedAsWorkOfTheStatement) {

@@ -10,35 +10,16 @@
 #include <vector>
 
 #include "platform/error.h"
-#include "tests/platform/sqlite/temporary_file.h"
+#include "tests/platform/sqlite/sqlite_fixture.h"
 
 namespace kestrova {
 namespace {
 
+using test::column_of;
+using test::database_error;
+using test::rows_of;
 using test::TemporaryFile;
 using testing::ElementsAre;
-
-std::unique_ptr<Recordset> rows_of(Connection& connection, std::string_view source) {
-  return connection.open(source, CursorType::kForwardOnly, LockType::kReadOnly);
-}
-
-std::vector<std::string> column_of(Connection& connection, std::string_view source) {
-  std::vector<std::string> values;
-  for (auto rows = rows_of(connection, source); !rows->eof(); rows->move_next()) {
-    values.push_back(rows->value(0).text_or_empty());
-  }
-  return values;
-}
-
-template <class Function>
-std::string database_error(Function function) {
-  try {
-    function();
-  } catch (const DatabaseError& error) {
-    return error.sqlstate() + " " + error.what();
-  }
-  return "no error";
-}
 
 std::string error_of(Connection& connection, std::string_view batch) {
   return database_error([&] { connection.execute(batch); });

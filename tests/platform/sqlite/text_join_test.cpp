@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/sqlite/sqlite_connection.h"
-#include "tests/platform/sqlite/temporary_file.h"
+#include "tests/platform/sqlite/sqlite_fixture.h"
 
 namespace kestrova {
 namespace {
