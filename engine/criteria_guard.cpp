@@ -142,9 +142,13 @@ bool is_text(std::int16_t type) {
          kTextTypes.end();
 }
 
-// What is read back of the list is operator, blank, value.
+// What is read back of the list is operator, blank, value. Of a list before NULL only the NULL
+// would be left, and behind what is no list a value may be another one each time.
 bool is_read_back(const ListRecord& list) {
   if (list.value.empty()) return list.op == list.own;
+  const std::string value = text::upper(list.value);
+  const bool is_list = list.op.starts_with("IN (") && value != "NULL" && value != "'NULL'";
+  if (list.op != "IN" && !is_list) return false;
   return std::string(list.op) + " " + std::string(list.value) == list.own;
 }
 

@@ -136,6 +136,9 @@ INSTANTIATE_TEST_SUITE_P(
                     // What is read back is the same text, but no longer a list for a date.
                     ListRow{"CutAtABlank", "713 IN (GETDATE()-1234 )", false},
                     ListRow{"SomethingBehindTheList", "713 IN (1) 0", false},
+                    ListRow{"NullBehindTheList", "713 IN ('a')             NULL", false},
+                    ListRow{"QuotedNullBehindTheList", "713 IN ('a')             'null'", false},
+                    ListRow{"NoListButMore", "713 IN'a' OR 1) AND 2 LESS 3 0", false},
                     ListRow{"WithoutParenthesis", "713 IN 'a'", true}),
     [](const auto& row) { return std::string(row.param.name); });
 
