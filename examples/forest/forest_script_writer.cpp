@@ -9,7 +9,8 @@ constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 constexpr const char* kHead =
     "-- Sample forestry database for SQL Server. Into an empty database:\n"
     "--   sqlcmd -S SERVER -d DATABASE -b -x -i THIS-FILE\n"
-    "-- After an error nothing stays in the database.\n"
+    "-- It stops at its first error, and nothing stays in the database then.\n"
+    ":on error exit\nGO\n"
     "SET XACT_ABORT ON\nGO\n";
 
 // A connection that writes down what it would run.

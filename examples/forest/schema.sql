@@ -490,7 +490,7 @@ CREATE TABLE ARBEITSAUFTRAG_PLANN (
   PREIS numeric(10,2),
   RINDE_PROZENT bit NOT NULL,
   IN_EURO bit NOT NULL,
-  HINWEIS ntext
+  HINWEIS nvarchar(max)
 );
 
 -- TYP_TAGA: a target agreement; TYP_AKA: from the order catalogue.

@@ -19,10 +19,17 @@ TEST_F(DemoDbScript, MakesTheSameDatabase) {
   const std::string head =
       "\xEF\xBB\xBF-- Sample forestry database for SQL Server. Into an empty database:\n"
       "--   sqlcmd -S SERVER -d DATABASE -b -x -i THIS-FILE\n"
-      "-- After an error nothing stays in the database.\n"
+      "-- It stops at its first error, and nothing stays in the database then.\n"
+      ":on error exit\nGO\n"
       "SET XACT_ABORT ON\nGO\n";
   ASSERT_EQ(text.substr(0, head.size()), head);
-  ASSERT_EQ(text.substr(text.size() - 22), "COMMIT TRANSACTION\nGO\n");
+  // One transaction from the first statement to the last.
+  const std::string begin = "BEGIN TRANSACTION\nGO\n";
+  const std::string end = "COMMIT TRANSACTION\nGO\n";
+  EXPECT_EQ(text.find(begin), head.size());
+  EXPECT_EQ(text.rfind(begin), head.size());
+  EXPECT_EQ(text.find(end), text.size() - end.size());
+  EXPECT_EQ(text.find("ROLLBACK"), std::string::npos);
 
   const std::string copy = file("from_script.db");
   run_script(*open_sqlite(copy, {.create = true}), "forest.sql",
