@@ -38,6 +38,9 @@ void OdbcRecordset::open_query() {
   rows_ = read_rows(*session_, statement, columns_, name_);
   if (updatable_ && session_->traits().updatable_cursors && has_cursor(statement)) {
     cursor_ = std::move(statement);
+  } else {
+    while (session_->next_result(statement, name_)) {  // for an error behind the rows
+    }
   }
   moved_ = false;
 }

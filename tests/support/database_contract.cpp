@@ -619,7 +619,7 @@ TEST_P(SqlDatabaseContract, ARefusedStatementLeavesTheConnectionAndOtherRowSetsW
 
 // --- One SELECT and nothing else
 
-TEST_P(DatabaseContract, AnythingButOneSelectIsRefusedAndNothingOfItRuns) {
+TEST_P(SqlDatabaseContract, AnythingButOneSelectIsRefusedAndNothingOfItRuns) {
   for (const std::string_view source :
        {"DELETE FROM BAUMART",
         "SELECT 1 DELETE FROM BAUMART",

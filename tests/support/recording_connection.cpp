@@ -4,7 +4,6 @@
 #include <limits>
 #include <utility>
 
-#include "platform/single_select.h"
 #include "platform/text.h"
 
 namespace kestrova {
@@ -276,7 +275,6 @@ void RecordingConnection::clear_log() {
 
 std::unique_ptr<Recordset> RecordingConnection::open(std::string_view source, CursorType cursor,
                                                      LockType lock) {
-  single_select(source);  // what it refuses never comes to a database
   const std::size_t number = ++opens_made_;
   statements_.emplace_back(source);
   call("open " + std::string(source) + " [" + std::string(name_of(cursor)) + ", " +

@@ -88,8 +88,7 @@ class RecordingConnection : public Connection {
   // Forgets the log, the statements and the count of calls. Row sets keep their numbers.
   void clear_log();
 
-  // --- Connection. An open of a text without a script raises a DatabaseError that quotes it. A text
-  // that is not one SELECT is refused as by every adapter, and not written down.
+  // --- Connection. An open of a text without a script raises a DatabaseError that quotes it.
 
   std::unique_ptr<Recordset> open(std::string_view source, CursorType cursor,
                                   LockType lock) override;

@@ -65,6 +65,7 @@ TEST_P(ErrorsInResults, AreRaisedWhicheverFunctionNotesThem) {
   EXPECT_EQ(opened("SELECT ID FROM T /* (SQLFetch fails) */").substr(0, 6), "22012 ");
   EXPECT_EQ(opened("SELECT ID, LANG FROM T /* (SQLFetch fails) */").substr(0, 6), "22012 ");
   EXPECT_EQ(opened("SELECT ID, LANG FROM T /* (SQLGetData fails) */").substr(0, 6), "22012 ");
+  EXPECT_EQ(opened("SELECT ID FROM T /* (SQLMoreResults fails) */").substr(0, 6), "22012 ");
   for (const std::string function : {"SQLExecDirect", "SQLMoreResults"}) {
     EXPECT_EQ(
         database_error([&] {

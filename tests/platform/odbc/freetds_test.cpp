@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <string>
 
@@ -165,6 +166,64 @@ TEST(FreeTds, ARefusedLoginHasTheStandardState) {
   EXPECT_THAT(attempt(server.connection_string()).error,
               AllOf(StartsWith("28000 "), HasSubstr("Login failed for user 'anna'."),
                     Not(HasSubstr("geheim"))));
+}
+
+// --- Writing a row
+
+// A table T with a key ID and a text; what an UPDATE of it answers is for the test to say.
+class WrittenTable {
+ public:
+  explicit WrittenTable(std::uint64_t rows_written) : rows_written_(rows_written) {}
+
+  TdsReply answer(const std::string& text) {
+    const auto asks = [&text](std::string_view part) { return text.find(part) != text.npos; };
+    TdsReply reply;
+    if (text == "login") return reply.login_done();
+    if (asks("sp_pkeys")) return reply.columns({"A", "B", "C"}, true).row({1, 1, 1}, "ID").done(1);
+    if (asks("UPDATE ")) {
+      ++updates;
+      EXPECT_TRUE(
+          asks("UPDATE [T] SET [TEXT] = @P1 WHERE [ID] = @P2 AND (SELECT COUNT(*) FROM [T] "
+               "WHERE [ID] = @P3) = 1"))
+          << text;
+      return reply.done(rows_written_);
+    }
+    if (asks("SELECT COUNT(*)")) return reply.columns({"N"}).row({1}).done(1);
+    if (asks("SELECT ")) return reply.columns({"ID"}, true).row({1}, "neu").done(1);
+    return reply.done(0);
+  }
+
+  std::atomic<int> updates = 0;
+
+ private:
+  std::uint64_t rows_written_;
+};
+
+std::string update_through(WrittenTable& table) {
+  const TdsServer server([&table](const std::string& text) { return table.answer(text); });
+  const auto connection = open_odbc(server.connection_string());
+  return database_error([&] {
+    const auto rows = connection->open("SELECT * FROM T WHERE ID = 1", CursorType::kKeyset,
+                                       LockType::kOptimistic);
+    rows->set_value("TEXT", "neu");
+    rows->update();
+    EXPECT_EQ(rows->value("TEXT"), Value("neu"));
+  });
+}
+
+TEST(FreeTds, ARowIsWrittenByTheKeyOfTheTableThatTheQueryNames) {
+  WrittenTable table(1);
+  EXPECT_EQ(update_through(table), "no error");
+  EXPECT_EQ(table.updates, 1);
+}
+
+TEST(FreeTds, AnUpdateThatWritesNotExactlyOneRowIsAnError) {
+  WrittenTable none(0);
+  EXPECT_EQ(update_through(none),
+            "01001 The row has been changed in the meantime; nothing was written.");
+  WrittenTable two(2);
+  EXPECT_EQ(update_through(two),
+            "HY000 The database has changed 2 rows instead of the current one.");
 }
 
 }  // namespace

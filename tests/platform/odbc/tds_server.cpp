@@ -13,6 +13,7 @@ namespace {
 
 // The kinds of packets.
 constexpr unsigned char kBatch = 0x01;
+constexpr unsigned char kProcedure = 0x03;
 constexpr unsigned char kReply = 0x04;
 constexpr unsigned char kLogin = 0x10;
 constexpr unsigned char kBeforeLogin = 0x12;
@@ -91,6 +92,11 @@ std::string text_of_batch(const std::string& body) {
   std::string text;
   for (std::size_t i = head; i < body.size(); i += 2) text += body[i];
   return text;
+}
+
+std::string without_zeros(std::string body) {
+  std::erase(body, '\0');
+  return body;
 }
 
 }  // namespace
@@ -210,6 +216,8 @@ void TdsServer::talk(int connection) {
       send_reply(connection, script_("login").bytes());
     } else if (message.kind == kBatch) {
       send_reply(connection, script_(text_of_batch(message.body)).bytes());
+    } else if (message.kind == kProcedure) {
+      send_reply(connection, script_("rpc " + without_zeros(message.body)).bytes());
     } else {
       send_reply(connection, TdsReply().done(0).bytes());
     }

@@ -44,7 +44,8 @@ class TdsReply {
 // Listens on a port of the loopback device until it is destroyed.
 class TdsServer {
  public:
-  // What a text is answered with; called on the server's thread. A login is asked for as "login".
+  // What a text is answered with; called on the server's thread. A login is asked for as "login", a
+  // procedure as "rpc" and all that its message holds, in which names and texts can be found.
   using Script = std::function<TdsReply(const std::string& text)>;
 
   explicit TdsServer(Script script);
