@@ -152,12 +152,13 @@ bool is_read_back(const ListRecord& list) {
   return std::string(list.op) + " " + std::string(list.value) == list.own;
 }
 
-// Whether the operator ends where its list does. Otherwise a ")" stands inside an element, which
-// only texts may hold; behind a list of dates the rest is lost when it is written anew.
+// Whether the operator is its list and nothing else. Otherwise a ")" stands inside an element,
+// which only texts may hold; behind a list of dates the rest is lost when it is written anew.
 bool ends_with_list(const ListRecord& list) {
   const std::size_t close = list.op.rfind(')');
   const bool has_list = list.op.starts_with("IN ") && close != std::string_view::npos;
-  return !has_list || (list.value.empty() && close + 1 == list.op.size());
+  const bool begins_with_list = has_list && text::trim(list.op.substr(2)).starts_with('(');
+  return !has_list || (begins_with_list && list.value.empty() && close + 1 == list.op.size());
 }
 
 std::string joined(std::int16_t id, std::string_view op, std::string_view value) {

@@ -132,7 +132,7 @@ class Drawer {
   static DrawnValue word(FieldType type, std::string typed) {
     DrawnValue drawn{typed, is_quoted(type) ? "'" + typed + "'" : typed, ""};
     if (drawn.shown == "'Null'") drawn.shown = "Null";
-    drawn.stored = type == FieldType::kBoolean ? "0" : plain_stored(drawn.shown);
+    drawn.stored = plain_stored(drawn.shown);
     return drawn;
   }
 

@@ -139,6 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ListRow{"NullBehindTheList", "713 IN ('a')             NULL", false},
                     ListRow{"QuotedNullBehindTheList", "713 IN ('a')             'null'", false},
                     ListRow{"NoListButMore", "713 IN'a' OR 1) AND 2 LESS 3 0", false},
+                    ListRow{"SomethingBeforeTheList", "713 IN x('1','0')", false},
                     ListRow{"WithoutParenthesis", "713 IN 'a'", true}),
     [](const auto& row) { return std::string(row.param.name); });
 

@@ -275,8 +275,8 @@ TEST_F(ForestSavedModel, ThatDoesNotExistIsTheBaseSelection) {
 TEST_F(ForestSavedModel, WithAnApostropheInItsNameFailsAndTheNextOneWorks) {
   const std::string before = selection("2ABR4", "Große Lose");
   for (const char* code : {"2ABR1", "2ABR4"}) {
-    EXPECT_THROW(selection(code, kUnreachable), DatabaseError) << code;
-    EXPECT_THROW(selection(code, "'"), DatabaseError) << code;
+    EXPECT_THROW(selection(code, kUnreachable), InvalidArgument) << code;
+    EXPECT_THROW(selection(code, "'"), InvalidArgument) << code;
   }
   EXPECT_EQ(selection("2ABR4", "Große Lose"), before);
 }

@@ -116,7 +116,7 @@ TEST_F(Audit, NamesWhatTheLibraryRefusesAndWhatIsNoLiteral) {
   batch += "\r\n" + model("FI_NUTZERRECHTE", "Klammern", "'1 IN (''Eder (Tölz)'',''Grünwald'');'");
   batch += model("FI_NUTZERRECHTE", "Reihenfolge", "'1 IN (''Grünwald'',''Eder (Tölz)'');'");
   batch += model("FI_NUTZERRECHTE", "Oder", "'1 = ''FI'' OR ''1''=''1'';'");
-  batch += model("FI_NUTZERRECHTE", "Zeichen", "'1 = ''a' + CHAR(27) + 'b'';'");
+  batch += model("FI_NUTZERRECHTE", "Zeichen", "'1 = ''a\x1B[31m'';'");
   const std::string path = changed_database("refused.db", batch);
   const ProgramResult result = run_program({"--db", path, "audit", "--json"});
   EXPECT_EQ(result.exit_code, 1);

@@ -158,7 +158,8 @@ TEST_F(Models, WithAnApostropheInTheirNameFail) {
   const ProgramResult result = on_database({"translate", "2ABR1", "--model", "O'Brien Holzhandel"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(error_line(result), "Incorrect syntax near '2ABR1' at position 76.");
+  EXPECT_EQ(error_line(result),
+            "The name of a model cannot hold an apostrophe or a control character.");
 }
 
 TEST_F(Models, OfARelationThatOnlySelektionKnowsHaveNoTranslationByName) {
