@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 
+#include "engine/criteria_guard.h"
 #include "platform/date_time.h"
 #include "platform/text.h"
 
@@ -112,7 +113,8 @@ class Drawer {
       const std::size_t count = is_list ? 1 + dice_.below(4) : 1;
       for (std::size_t i = 0; i < count; ++i) drawn.values.push_back(value(field.type, is_list));
       const bool comes_back = !ends_its_record(drawn) && !hides_its_operator(drawn) &&
-                              !cuts_its_list(drawn) && !lists_null_as_a_date(drawn);
+                              !cuts_its_list(drawn) && !lists_null_as_a_date(drawn) &&
+                              !is_not_closed(drawn);
       if (comes_back) return drawn;
     }
   }
@@ -290,6 +292,10 @@ bool cuts_its_list(const DrawnLine& line) {
   const std::string stored =
       is_date(line.field->type) ? joined(line.values, &DrawnValue::stored, ",") : shown;
   return is_cut(line.field->name, shown) || is_cut(std::to_string(line.field->id), stored);
+}
+
+bool is_not_closed(const DrawnLine& line) {
+  return find_open_text(line.display_line().substr(line.field->name.size())).has_value();
 }
 
 bool lists_null_as_a_date(const DrawnLine& line) {

@@ -64,6 +64,9 @@ bool hides_its_operator(const DrawnLine& line);
 // That of GETDATE() is one too: a stored list of several relative dates is always cut.
 bool cuts_its_list(const DrawnLine& line);
 
+// A quote or parenthesis of the value without its partner: no such line is inserted or stored.
+bool is_not_closed(const DrawnLine& line);
+
 // NULL is known as a value of its own. In a list of dates it is a text that is no date, and storing
 // the list fails.
 bool lists_null_as_a_date(const DrawnLine& line);

