@@ -256,11 +256,6 @@ struct SubsetSource : HalfDoneHost {
 };
 
 struct ContractSource : HalfDoneHost {
-  static constexpr const char* kName = "Contract";
-  static constexpr bool kIsShown = true;
-  static constexpr bool kAsksSelektion = false;
-  static constexpr const char* kNewCaption = "Selektion";
-
   ContractSource() {
     offer_catalogue("LOG");
     answer_models("VERTP", {{7, "Alt"}});
